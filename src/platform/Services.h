@@ -1,0 +1,48 @@
+#pragma once
+
+#include <cstddef>
+
+namespace pelmora::platform {
+
+class Bookmarks;
+class Clock;
+class Displays;
+class Files;
+class ImageLoader;
+class Log;
+class NotificationCenter;
+class PreferencesStore;
+class Scheduler;
+class Sound;
+class UserFolders;
+class Workspace;
+
+/// The version of the system, as the module's rules read it.
+struct SystemVersion {
+  int major = 11;
+  int minor = 0;
+};
+
+/// Everything outside that the module uses, handed in by the host, which owns it all and keeps it
+/// longer than any view or list.
+struct Services {
+  Clock& clock;
+  Scheduler& scheduler;
+  Log& log;
+  Files& files;
+  UserFolders& userFolders;
+  Bookmarks& bookmarks;
+  PreferencesStore& preferences;
+  Displays& displays;
+  Workspace& workspace;
+  ImageLoader& images;
+  Sound& sound;
+  NotificationCenter& notifications;             // of this process
+  NotificationCenter& distributedNotifications;  // of the user's session
+  SystemVersion systemVersion{};
+  /// How many folders are walked at once: the number of processors; 1 makes the order of the records
+  /// that of the queue, for runs that must repeat exactly.
+  std::size_t enumerationConcurrency = 1;
+};
+
+}  // namespace pelmora::platform
