@@ -7,8 +7,20 @@ if(PELMORA_WERROR)
   target_compile_options(pelmora_flags INTERFACE -Werror)
 endif()
 
+# Builds again what was built before in no time, where it is installed.
+find_program(CCACHE ccache)
+if(CCACHE AND NOT CMAKE_CXX_COMPILER_LAUNCHER)
+  set(CMAKE_CXX_COMPILER_LAUNCHER ${CCACHE})
+endif()
+
 # Sanitizers must cover everything that is linked together, so they are set for the whole build.
 if(PELMORA_SANITIZE)
-  add_compile_options(-fsanitize=${PELMORA_SANITIZE} -fno-omit-frame-pointer -fno-sanitize-recover=all)
+  add_compile_options(-fsanitize=${PELMORA_SANITIZE} -fno-omit-frame-pointer
+                      -fno-sanitize-recover=all)
   add_link_options(-fsanitize=${PELMORA_SANITIZE})
+endif()
+
+if(PELMORA_COVERAGE)
+  add_compile_options(--coverage)
+  add_link_options(--coverage)
 endif()

@@ -11,6 +11,7 @@ function(add_subsystem name)
     add_executable(${name}_tests ${arg_TESTS} ${PROJECT_SOURCE_DIR}/tests/main.cpp)
     target_link_libraries(${name}_tests PRIVATE pelmora_${name} ${arg_TEST_USES} GTest::gtest
                                                 GTest::gmock Pelmora::flags)
-    gtest_discover_tests(${name}_tests DISCOVERY_MODE PRE_TEST PROPERTIES LABELS unit TIMEOUT 30)
+    gtest_discover_tests(${name}_tests DISCOVERY_MODE PRE_TEST DISCOVERY_TIMEOUT 60
+                         PROPERTIES LABELS unit TIMEOUT 30)
   endif()
 endfunction()
