@@ -26,9 +26,9 @@ class AnimationDelegate {
   virtual void animationDidStop(const BasicAnimation& animation, bool finished) = 0;
 };
 
-/// Moves one attribute from one value to another, once, beginning with the frame that first shows it;
-/// it is removed when it has run, and the layer's own value then shows.
-/// The layer holds the animation, and so its delegate, until then.
+/// Moves one attribute from one value to another, once, beginning with the frame that first shows
+/// it; it is removed when it has run, and the layer's own value then shows. The layer holds the
+/// animation, and so its delegate, until then.
 struct BasicAnimation {
   KeyPath keyPath = KeyPath::position;
   double duration = 0.25;  // seconds

@@ -5,7 +5,6 @@
 
 #include <QImage>
 
-#include <map>
 #include <memory>
 #include <string>
 #include <vector>
@@ -36,11 +35,11 @@ class LayerDelegate {
   virtual void drawLayer(Layer* layer, LayerContext& context) = 0;
 };
 
-/// A running animation of a layer. `beginTime` is not known until a frame has shown it.
-class RunningAnimation;
+class LayerObserver;
+struct RunningAnimation;
 
-/// A rectangle of picture with a place, a turn, an opacity and a shadow; the model half of the layer
-/// engine. Every attribute here is the model value, which holds when no animation is running;
+/// A rectangle of picture with a place, a turn, an opacity and a shadow; the model half of the
+/// layer engine. Every attribute here is the model value, which holds when no animation is running;
 /// attributes that are animated are shown as the animations say meanwhile.
 /// Thread: the module's main thread. Ownership: a layer owns its sublayers, and is held by whoever
 /// made it. Units: points, radians; origin lower left, y upward.
@@ -60,8 +59,8 @@ class Layer : public std::enable_shared_from_this<Layer> {
 
   [[nodiscard]] Rect bounds() const;
   void setBounds(const Rect& bounds);
-  /// The point of the bounds, in fractions, that `position` places in the superlayer and about which
-  /// the layer turns and scales.
+  /// The point of the bounds, in fractions, that `position` places in the superlayer and about
+  /// which the layer turns and scales.
   [[nodiscard]] Point anchorPoint() const;
   void setAnchorPoint(const Point& anchorPoint);
   [[nodiscard]] Point position() const;
@@ -103,7 +102,8 @@ class Layer : public std::enable_shared_from_this<Layer> {
   void addSublayer(std::shared_ptr<Layer> layer);
   void removeFromSuperlayer();
 
-  /// Starts an animation; one that runs under the same key is removed first.
+  /// Starts an animation; one that runs under the same key is removed first. Outside of a tree it
+  /// never begins, and is held until it is removed or the layer goes.
   void addAnimation(BasicAnimation animation, const std::string& key);
   void removeAnimation(const std::string& key);
   [[nodiscard]] std::vector<std::string> animationKeys() const;  // in the order they were added
@@ -111,6 +111,14 @@ class Layer : public std::enable_shared_from_this<Layer> {
  private:
   friend class LayerTree;
   struct State;
+
+  void changed();
+  void pictureChanged();
+  [[nodiscard]] LayerObserver* observer() const;
+  void announceAnimations(LayerObserver& observer) const;
+  /// Takes the animation from the layer, then tells its delegate; nothing if it is not the layer's.
+  void stop(const std::shared_ptr<RunningAnimation>& running, bool finished);
+
   std::unique_ptr<State> _state;
 };
 

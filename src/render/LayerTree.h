@@ -2,7 +2,6 @@
 
 #include "render/Layer.h"
 
-#include <functional>
 #include <memory>
 
 namespace pelmora::platform {
@@ -21,30 +20,32 @@ class Presenter {
   virtual void submit(std::shared_ptr<const Snapshot> snapshot) = 0;
 };
 
-/// One view's layers and the way to its presenter. Changes to the layers made in one turn of the run
-/// loop are committed together, as one immutable snapshot.
-/// When a frame first shows an animation its begin is fixed (by the presenter, in the snapshot's
-/// shared record); the tree then ends it when its time has run, and tells its delegate.
-/// Thread: main.
+/// One view's layers and the way to its presenter. Changes to the layers made in one turn of the
+/// run loop are committed together, as one immutable snapshot. When a frame first shows an
+/// animation its begin is fixed (by the presenter, in the snapshot's shared record); the tree then
+/// ends it when its time has run, and tells its delegate. One that no frame can show, as its layer
+/// was taken away before, begins with the commit that finds it gone. Destruction removes the
+/// animations that still run. Thread: main.
 class LayerTree {
  public:
   LayerTree(platform::Clock& clock, platform::Scheduler& scheduler, std::shared_ptr<Layer> root);
   ~LayerTree();
 
-  /// Nothing is committed while there is no presenter. The presenter must outlive its use here.
+  /// Nothing is submitted while there is no presenter, and animations run their time unseen. The
+  /// presenter must outlive its use here.
   void setPresenter(Presenter* presenter);
   /// Device pixels in a point, for what is rendered ahead of the frame (shadows).
   void setScale(double scale);
 
-  /// Makes a snapshot and submits it, if anything has changed since the last. Hosts call this at the
-  /// end of every turn of the run loop.
+  /// Makes a snapshot and submits it, if anything has changed since the last. Hosts call this at
+  /// the end of every turn of the run loop.
   void commit();
 
   [[nodiscard]] Layer& root() const;
 
  private:
   struct State;
-  std::unique_ptr<State> _state;
+  std::shared_ptr<State> _state;
 };
 
 }  // namespace pelmora::render

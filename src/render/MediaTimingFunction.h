@@ -2,9 +2,9 @@
 
 namespace pelmora::render {
 
-/// A cubic Bézier curve from (0, 0) to (1, 1) that maps the fraction of time gone to the fraction of
-/// the way, as defined for CSS easing functions (W3C "CSS Easing Functions Level 1", section 2.2).
-/// A plain value; solved to 1e-6 or better.
+/// A cubic Bézier curve from (0, 0) to (1, 1) that maps the fraction of time gone to the fraction
+/// of the way, as defined for CSS easing functions (W3C "CSS Easing Functions Level 1",
+/// section 2.2). A plain value; solved to 1e-6 or better.
 class MediaTimingFunction {
  public:
   enum class Name { standard, easeIn, easeOut, linear };

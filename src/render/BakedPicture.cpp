@@ -1,0 +1,127 @@
+#include "render/BakedPicture.h"
+
+#include "render/Shadow.h"
+
+#include <QPainter>
+#include <QPainterPath>
+
+#include <algorithm>
+#include <cmath>
+#include <cstring>
+
+namespace pelmora::render {
+
+namespace {
+
+// Two pixels: with one, a picture that is turned would be cut where its edge is being smoothed.
+constexpr int kMargin = 2;
+// What graphics hardware and painters take; beyond, the picture is coarser instead.
+constexpr double kLargestSide = 16000;
+
+bool hasSizeNear(const QImage& image, double width, double height) {
+  return std::abs(image.width() - width) <= 1 && std::abs(image.height() - height) <= 1;
+}
+
+QSize sizeInPixels(const PictureSource& source) {
+  const double width = source.bounds.size.width * source.scale;
+  const double height = source.bounds.size.height * source.scale;
+  if (!(width > 0) || !(height > 0)) return {};
+  // Artwork drawn for these pixels is taken as it is: nothing is sharper than not resampling.
+  if (hasSizeNear(source.contents, width, height)) return source.contents.size();
+  return {static_cast<int>(std::lround(std::clamp(width, 1.0, kLargestSide))),
+          static_cast<int>(std::lround(std::clamp(height, 1.0, kLargestSide)))};
+}
+
+bool isOpaque(const QImage& art) {
+  for (int y = 0; y < art.height(); ++y) {
+    const auto* row = reinterpret_cast<const quint32*>(art.constScanLine(y));
+    quint32 all = 0xFF000000U;
+    for (int x = 0; x < art.width(); ++x) all &= row[x];
+    if (all != 0xFF000000U) return false;
+  }
+  return true;
+}
+
+QColor toQColor(const Color& color) {
+  return QColor::fromRgbF(static_cast<float>(color.red), static_cast<float>(color.green),
+                          static_cast<float>(color.blue), static_cast<float>(color.alpha));
+}
+
+void paintFills(QPainter& painter, const PictureSource& source, const QSize& size) {
+  const Rect& bounds = source.bounds;
+  const double across = size.width() / bounds.size.width;
+  const double down = size.height() / bounds.size.height;
+  QPainterPath shape;
+  shape.addRoundedRect(QRectF(QPointF(), QSizeF(size)), source.cornerRadius * across,
+                       source.cornerRadius * down);
+  painter.setRenderHint(QPainter::Antialiasing);
+  for (const LayerContext::Fill& fill : source.fills) {
+    QPainterPath filled;
+    filled.addRect((fill.rect.minX() - bounds.minX()) * across,
+                   (bounds.maxY() - fill.rect.maxY()) * down, fill.rect.size.width * across,
+                   fill.rect.size.height * down);
+    painter.fillPath(filled.intersected(shape), toQColor(fill.color));
+  }
+}
+
+QImage artOf(const PictureSource& source, const QSize& size) {
+  if (source.fills.empty() && source.contents.size() == size) {
+    return source.contents.convertToFormat(QImage::Format_ARGB32_Premultiplied);
+  }
+  QImage art(size, QImage::Format_ARGB32_Premultiplied);
+  art.fill(Qt::transparent);
+  QPainter painter(&art);
+  paintFills(painter, source, size);
+  if (source.contents.isNull()) return art;
+  // Scaled ahead: the painter's own scaling leaves out pixels when it makes a picture smaller.
+  painter.drawImage(0, 0,
+                    source.contents.scaled(size, Qt::IgnoreAspectRatio, Qt::SmoothTransformation));
+  return art;
+}
+
+void copyOpaque(QImage& image, const QImage& art, const QPoint& place) {
+  for (int y = 0; y < art.height(); ++y) {
+    std::memcpy(image.scanLine(y + place.y()) + place.x() * 4, art.constScanLine(y),
+                static_cast<std::size_t>(art.width()) * 4);
+  }
+}
+
+}  // namespace
+
+std::shared_ptr<const BakedPicture> bake(const PictureSource& source) {
+  const QSize size = sizeInPixels(source);
+  if (size.isEmpty() || (source.contents.isNull() && source.fills.empty())) return nullptr;
+
+  const QImage art = artOf(source, size);
+  const Shadow shadow{.offset = {source.shadowOffset.width * source.scale,
+                                 -source.shadowOffset.height * source.scale},
+                      .deviation = source.shadowRadius * source.scale,
+                      .opacity = std::clamp(source.shadowOpacity, 0.0, 1.0)};
+  const int reach = shadow.reach();
+  const QPointF shift = shadow.isVisible() ? shadow.offset : QPointF();
+  const auto marginFor = [reach](double towards) {
+    return std::max(kMargin, static_cast<int>(std::ceil(reach + towards)));
+  };
+  const QPoint place(marginFor(-shift.x()), marginFor(-shift.y()));
+  QImage image(size.width() + place.x() + marginFor(shift.x()),
+               size.height() + place.y() + marginFor(shift.y()),
+               QImage::Format_ARGB32_Premultiplied);
+  if (image.isNull()) return nullptr;
+
+  const bool opaque = isOpaque(art);
+  if (!shadow.isVisible()) {
+    image.fill(Qt::transparent);
+  } else if (opaque) {
+    drawShadowOfRectangle(image, QRectF(place, size), shadow);
+  } else {
+    drawShadowOfPicture(image, art, place, shadow);
+  }
+  if (opaque) {
+    copyOpaque(image, art, place);
+  } else {
+    QPainter(&image).drawImage(place, art);
+  }
+  return std::make_shared<const BakedPicture>(BakedPicture{image, QRectF(place, size)});
+}
+
+}  // namespace pelmora::render

@@ -1,0 +1,37 @@
+#pragma once
+
+#include "render/Layer.h"
+
+#include <QImage>
+#include <QRectF>
+
+#include <memory>
+#include <vector>
+
+namespace pelmora::render {
+
+/// A layer's whole looks in one picture: its fills and contents with the shadow below them, in
+/// device pixels, premultiplied, with a transparent margin on every side. One picture makes a card
+/// one draw; the shadow turns with it, and sampling across the margin gives it smooth edges at any
+/// tilt. Thread: immutable, shared.
+struct BakedPicture {
+  QImage image;   // Format_ARGB32_Premultiplied
+  QRectF bounds;  // where in `image` the layer's bounds lie
+};
+
+/// All that a baked picture shows.
+struct PictureSource {
+  QImage contents;
+  std::vector<LayerContext::Fill> fills;
+  Rect bounds;
+  double cornerRadius = 0;  // of the fills
+  Size shadowOffset;
+  double shadowRadius = 0;
+  double shadowOpacity = 0;
+  double scale = 1;  // device pixels in a point
+};
+
+/// Null for what shows nothing: no area, or neither contents nor fills.
+[[nodiscard]] std::shared_ptr<const BakedPicture> bake(const PictureSource& source);
+
+}  // namespace pelmora::render
