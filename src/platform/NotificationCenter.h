@@ -29,8 +29,8 @@ class NotificationCenter {
   virtual ~NotificationCenter() = default;
 
   virtual Token addObserver(std::string name, Handler handler);
-  /// After it returns on the thread that posts, the handler is not called again; a call that another
-  /// thread has begun may still be running.
+  /// After it returns on the thread that posts, the handler is not called again; a call that
+  /// another thread has begun may still be running.
   virtual void removeObserver(Token token);
   virtual void post(const Notification& notification);
 
@@ -40,6 +40,8 @@ class NotificationCenter {
     std::string name;
     Handler handler;
   };
+
+  bool isRegistered(const std::shared_ptr<const Observer>& observer);
 
   std::mutex _mutex;
   std::uint64_t _nextToken = 1;

@@ -27,11 +27,12 @@ class Operation {
 
 enum class QualityOfService { standard, background };
 
-/// Runs operations first in, first out, on up to `maxConcurrentOperations` threads of its own, which
-/// start when there is work. At background quality they run at the lowest processor and input/output
-/// priority.
-/// Thread: any; an operation may add to its own queue. Destruction cancels, then waits for the
-/// running operations.
+/// Runs operations first in, first out, on up to `maxConcurrentOperations` threads of its own,
+/// which start when there is work. At background quality they run at the lowest processor and
+/// input/output priority. Thread: any; an operation may add to its own queue, but neither wait for
+/// it nor destroy it. Destruction cancels, then waits for the running operations; what they add
+/// then is dropped. Ownership: an operation is let go before it counts as finished. Errors:
+/// `addOperation` throws when not a single thread can be started.
 class OperationQueue {
  public:
   struct Config {
@@ -56,6 +57,7 @@ class OperationQueue {
 
  private:
   void work();
+  void runNext(std::unique_lock<std::mutex>& lock);
   void startThreadsFor(std::size_t operations);
 
   const Config _config;
@@ -63,7 +65,7 @@ class OperationQueue {
   std::condition_variable _workArrived;
   std::condition_variable _allDone;
   std::deque<std::shared_ptr<Operation>> _queued;
-  std::vector<std::shared_ptr<Operation>> _running;
+  std::vector<std::shared_ptr<Operation>> _running;  // null: run, and about to be forgotten
   std::vector<std::thread> _threads;
   bool _suspended = false;
   bool _ending = false;

@@ -1,0 +1,126 @@
+#include "platform/OperationQueue.h"
+
+#include <sched.h>
+#include <sys/resource.h>
+#include <sys/syscall.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <system_error>
+#include <utility>
+
+namespace pelmora::platform {
+
+namespace {
+
+/// A refusal leaves the thread as it is: the work gets done all the same.
+void yieldToEverythingElse() {
+  const sched_param parameters{};
+  sched_setscheduler(0, SCHED_BATCH, &parameters);
+  setpriority(PRIO_PROCESS, static_cast<id_t>(gettid()), 19);
+  constexpr int kWhoProcess = 1;  // the C library has no names for these
+  constexpr int kClassIdle = 3 << 13;
+  syscall(SYS_ioprio_set, kWhoProcess, 0, kClassIdle);
+}
+
+}  // namespace
+
+OperationQueue::OperationQueue(Config config)
+    : _config{std::max<std::size_t>(config.maxConcurrentOperations, 1), config.qualityOfService} {}
+
+OperationQueue::~OperationQueue() {
+  {
+    const std::lock_guard lock(_mutex);
+    _ending = true;
+  }
+  cancelAllOperations();
+  _workArrived.notify_all();
+  for (std::thread& thread : _threads) thread.join();
+}
+
+void OperationQueue::addOperation(std::shared_ptr<Operation> operation) {
+  {
+    const std::lock_guard lock(_mutex);
+    if (_ending) return;
+    if (!_suspended) startThreadsFor(_queued.size() + _running.size() + 1);
+    _queued.push_back(std::move(operation));
+  }
+  _workArrived.notify_one();
+}
+
+void OperationQueue::setSuspended(bool suspended) {
+  {
+    const std::lock_guard lock(_mutex);
+    _suspended = suspended;
+    if (_suspended || _ending) return;
+    startThreadsFor(_queued.size() + _running.size());
+  }
+  _workArrived.notify_all();
+}
+
+bool OperationQueue::isSuspended() const {
+  const std::lock_guard lock(_mutex);
+  return _suspended;
+}
+
+void OperationQueue::cancelAllOperations() {
+  std::deque<std::shared_ptr<Operation>> dropped;  // destroyed after the lock is given back
+  const std::lock_guard lock(_mutex);
+  dropped.swap(_queued);
+  for (const auto& operation : dropped) operation->cancel();
+  for (const auto& operation : _running) {
+    if (operation) operation->cancel();
+  }
+  if (_running.empty()) _allDone.notify_all();
+}
+
+std::size_t OperationQueue::operationCount() const {
+  const std::lock_guard lock(_mutex);
+  return _queued.size() + _running.size();
+}
+
+void OperationQueue::waitUntilAllOperationsAreFinished() {
+  std::unique_lock lock(_mutex);
+  _allDone.wait(lock, [this] { return _queued.empty() && _running.empty(); });
+}
+
+void OperationQueue::startThreadsFor(std::size_t operations) {
+  const std::size_t wanted = std::min(operations, _config.maxConcurrentOperations);
+  while (_threads.size() < wanted) {
+    try {
+      _threads.emplace_back([this] { work(); });
+    } catch (const std::system_error&) {
+      if (_threads.empty()) throw;
+      return;  // the system is short of threads: those that run do all the work
+    }
+  }
+}
+
+void OperationQueue::work() {
+  if (_config.qualityOfService == QualityOfService::background) yieldToEverythingElse();
+  std::unique_lock lock(_mutex);
+  for (;;) {
+    _workArrived.wait(lock, [this] { return _ending || (!_suspended && !_queued.empty()); });
+    if (_ending) return;
+    runNext(lock);
+    if (_queued.empty() && _running.empty()) _allDone.notify_all();
+  }
+}
+
+void OperationQueue::runNext(std::unique_lock<std::mutex>& lock) {
+  std::shared_ptr<Operation> operation = std::move(_queued.front());
+  _queued.pop_front();
+  _running.push_back(operation);
+  lock.unlock();
+  if (!operation->isCancelled()) operation->main();
+  lock.lock();
+  // It is destroyed without the lock, and before it counts as finished: whoever waits for the queue
+  // may then take apart what the operation used.
+  *std::find(_running.begin(), _running.end(), operation) = nullptr;
+  lock.unlock();
+  operation.reset();
+  lock.lock();
+  _running.erase(std::find(_running.begin(), _running.end(), nullptr));
+}
+
+}  // namespace pelmora::platform
