@@ -30,6 +30,9 @@ class HouseRules(unittest.TestCase):
         text = '#pragma once\n#include "sources/PMFolder.h"\n'
         self.assertEqual(len(breaches(src__cache__A_DOT_h=text)), 1)
 
+    def test_sees_a_subsystem_without_a_rule(self):
+        self.assertEqual(len(breaches(src__other__A_DOT_h="#pragma once\n")), 1)
+
     def test_keeps_the_real_services_to_the_host(self):
         text = '#pragma once\n#include "platform/linux/SystemClock.h"\n'
         self.assertEqual(len(breaches(src__view__A_DOT_h=text)), 1)
