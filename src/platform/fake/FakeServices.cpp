@@ -1,0 +1,21 @@
+#include "platform/fake/FakeServices.h"
+
+namespace pelmora::platform {
+
+Services FakeServices::services() {
+  return {.clock = clock,
+          .scheduler = scheduler,
+          .log = log,
+          .files = files,
+          .userFolders = userFolders,
+          .bookmarks = bookmarks,
+          .preferences = preferences,
+          .displays = displays,
+          .workspace = workspace,
+          .images = images,
+          .sound = sound,
+          .notifications = notifications,
+          .distributedNotifications = distributedNotifications};
+}
+
+}  // namespace pelmora::platform
