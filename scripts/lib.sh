@@ -16,8 +16,11 @@ packages_run=(
 packages_test=(libgtest-dev libgmock-dev xvfb dbus python3)
 packages_check=(clang-format git python3)
 packages_tidy=(clang-tidy)
-# Since Debian 13 the HEIC and AVIF decoders are plug-ins.
-packages_where_known=(libheif-plugin-libde265 libheif-plugin-aomdec libheif-plugin-dav1d)
+# Since Debian 13 what reads HEIC and AVIF, and for the tests writes them, are plug-ins.
+packages_where_known=(
+  libheif-plugin-libde265 libheif-plugin-aomdec libheif-plugin-dav1d
+  libheif-plugin-x265 libheif-plugin-aomenc
+)
 
 say() {
   printf '%s\n' "$*"
