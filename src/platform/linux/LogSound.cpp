@@ -1,0 +1,7 @@
+#include "platform/linux/LogSound.h"
+
+namespace pelmora::platform {
+
+void LogSound::beep() { _log.write("Pelmora: beep."); }
+
+}  // namespace pelmora::platform
