@@ -1,5 +1,6 @@
 #include "render/BakedPicture.h"
 
+#include "render/DrawList.h"
 #include "render/Shadow.h"
 
 #include <QPainter>
@@ -13,7 +14,8 @@ namespace pelmora::render {
 
 namespace {
 
-// Two pixels: with one, a picture that is turned would be cut where its edge is being smoothed.
+// A turned picture's edge is smoothed across the pixel beyond it; one more keeps the margin's own
+// edge out of sight when the picture is shown smaller than it was baked.
 constexpr int kMargin = 2;
 // What graphics hardware and painters take; beyond, the picture is coarser instead.
 constexpr double kLargestSide = 16000;
@@ -40,11 +42,6 @@ bool isOpaque(const QImage& art) {
     if (all != 0xFF000000U) return false;
   }
   return true;
-}
-
-QColor toQColor(const Color& color) {
-  return QColor::fromRgbF(static_cast<float>(color.red), static_cast<float>(color.green),
-                          static_cast<float>(color.blue), static_cast<float>(color.alpha));
 }
 
 void paintFills(QPainter& painter, const PictureSource& source, const QSize& size) {
@@ -121,7 +118,7 @@ std::shared_ptr<const BakedPicture> bake(const PictureSource& source) {
   } else {
     QPainter(&image).drawImage(place, art);
   }
-  return std::make_shared<const BakedPicture>(BakedPicture{image, QRectF(place, size)});
+  return std::make_shared<const BakedPicture>(BakedPicture{image, QRectF(place, size), opaque});
 }
 
 }  // namespace pelmora::render

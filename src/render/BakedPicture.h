@@ -15,8 +15,9 @@ namespace pelmora::render {
 /// one draw; the shadow turns with it, and sampling across the margin gives it smooth edges at any
 /// tilt. Thread: immutable, shared.
 struct BakedPicture {
-  QImage image;   // Format_ARGB32_Premultiplied
-  QRectF bounds;  // where in `image` the layer's bounds lie
+  QImage image;           // Format_ARGB32_Premultiplied
+  QRectF bounds;          // where in `image` the layer's bounds lie
+  bool isOpaque = false;  // within the bounds
 };
 
 /// All that a baked picture shows.

@@ -21,11 +21,12 @@ class Presenter {
 };
 
 /// One view's layers and the way to its presenter. Changes to the layers made in one turn of the
-/// run loop are committed together, as one immutable snapshot. When a frame first shows an
-/// animation its begin is fixed (by the presenter, in the snapshot's shared record); the tree then
-/// ends it when its time has run, and tells its delegate. One that no frame can show, as its layer
-/// was taken away before, begins with the commit that finds it gone. Destruction removes the
-/// animations that still run. Thread: main.
+/// run loop are committed together, as one immutable snapshot.
+/// When a frame first shows an animation its begin is fixed (by the presenter, in the snapshot's
+/// shared record); the tree then ends it when its time has run, and tells its delegate. One that no
+/// frame can show, as its layer was taken away before, begins with the commit that finds it gone.
+/// Destruction removes the animations that still run.
+/// Thread: main.
 class LayerTree {
  public:
   LayerTree(platform::Clock& clock, platform::Scheduler& scheduler, std::shared_ptr<Layer> root);

@@ -1,0 +1,43 @@
+#pragma once
+
+#include "render/BakedPicture.h"
+
+#include <QColor>
+#include <QRect>
+#include <QTransform>
+
+#include <memory>
+#include <vector>
+
+namespace pelmora::render {
+
+struct Snapshot;
+
+/// One picture to draw, where, and how much of it. Units: device pixels, y downward.
+struct DrawItem {
+  std::shared_ptr<const BakedPicture> picture;
+  QTransform toTarget;  // from the picture's pixels
+  double opacity = 1;
+  bool moves = false;  // a later frame may show it elsewhere
+
+  [[nodiscard]] QRect extent() const;
+  [[nodiscard]] bool looksLike(const DrawItem& other) const;
+};
+
+/// One rectangle of plain colour.
+struct FillItem {
+  QRectF rect;
+  QColor color;
+  bool operator==(const FillItem&) const = default;
+};
+
+/// A snapshot at a moment, resolved into what is drawn, from back to front: the same for every way
+/// of presenting. Layers that are wholly transparent are left out. A layer's opacity acts on each
+/// of its sublayers by itself.
+[[nodiscard]] std::vector<DrawItem> drawListOf(const Snapshot& snapshot, double time);
+/// The root's own fills, over black.
+[[nodiscard]] std::vector<FillItem> backgroundOf(const Snapshot& snapshot);
+
+[[nodiscard]] QColor toQColor(const Color& color);
+
+}  // namespace pelmora::render
