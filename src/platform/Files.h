@@ -35,6 +35,8 @@ struct FileFacts {
   EntryKind kind = EntryKind::file;
   FileIdentity identity;
   ReferenceTime contentModificationDate;
+  /// A folder that certainly holds folders. Some file systems don't count them: then it is false.
+  bool hasSubfolders = false;
 };
 
 /// The visible entries directly in a folder, in the file system's order.

@@ -20,9 +20,12 @@ namespace pelmora::platform {
 namespace {
 
 FileFacts factsOf(const struct stat& status, EntryKind kind) {
+  // A folder is linked from its parent, from itself and from each folder in it.
+  constexpr nlink_t kLinksOfALeaf = 2;
   return {kind,
           {status.st_dev, status.st_ino},
-          ReferenceTime::fromPosix(status.st_mtim.tv_sec, status.st_mtim.tv_nsec)};
+          ReferenceTime::fromPosix(status.st_mtim.tv_sec, status.st_mtim.tv_nsec),
+          kind == EntryKind::folder && status.st_nlink > kLinksOfALeaf};
 }
 
 EntryKind kindOf(const FilePath& path, const struct stat& status) {

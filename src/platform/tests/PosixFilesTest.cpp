@@ -249,6 +249,19 @@ TEST_F(PosixFilesTest, tellsHardLinksAreTheSameFile) {
             files.facts(other, FinalLink::refuse)->identity);
 }
 
+TEST_F(PosixFilesTest, tellsOfSubfoldersWhereTheFileSystemCountsThem) {
+  const FilePath leaf = temporary.mkdir("parent/leaf");
+  const FilePath file = temporary.write("parent/file");
+  EXPECT_FALSE(files.facts(leaf, FinalLink::refuse)->hasSubfolders);
+  EXPECT_FALSE(files.facts(file, FinalLink::refuse)->hasSubfolders);
+
+  struct stat status {};
+  ASSERT_EQ(::stat(leaf.parent().c_str(), &status), 0);
+  const bool isCounted = status.st_nlink == 3;
+  EXPECT_EQ(files.facts(leaf.parent(), FinalLink::refuse)->hasSubfolders, isCounted);
+  EXPECT_EQ((*files.list(leaf.parent(), FinalLink::refuse))->folder.hasSubfolders, isCounted);
+}
+
 TEST_F(PosixFilesTest, tellsDatesBeforeNineteenSeventy) {
   const FilePath folder = temporary.mkdir("old");
   setDate(folder, {-5, 0});
