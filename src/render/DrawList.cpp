@@ -62,7 +62,9 @@ void append(std::vector<DrawItem>& items, const LayerSnapshot& layer, double tim
 }  // namespace
 
 QRect DrawItem::extent() const {
-  return toTarget.mapRect(QRectF(picture->image.rect())).toAlignedRect();
+  // Far beyond any display, and still whole numbers.
+  const QRectF reachable(-1e6, -1e6, 2e6, 2e6);
+  return toTarget.mapRect(QRectF(picture->image.rect())).intersected(reachable).toAlignedRect();
 }
 
 bool DrawItem::looksLike(const DrawItem& other) const {
