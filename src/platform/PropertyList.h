@@ -28,8 +28,8 @@ struct Uid {
 /// Thread: a plain value.
 class Value {
  public:
-  using Storage = std::variant<std::monostate, bool, std::int64_t, double, ReferenceTime, std::string,
-                               Bytes, Array, Dictionary, Uid>;
+  using Storage = std::variant<std::monostate, bool, std::int64_t, double, ReferenceTime,
+                               std::string, Bytes, Array, Dictionary, Uid>;
 
   Value() = default;  // null: inside archives only
   Value(bool value) : _storage(value) {}
@@ -67,12 +67,13 @@ class Value {
   Storage _storage;
 };
 
-/// The binary form ("bplist00"), each equal string and number written once.
+/// The binary form ("bplist00"), equal strings, numbers, dates and data written once. A string that
+/// is not UTF-8 is written as data.
 [[nodiscard]] Bytes writeBinary(const Value& root);
 
-/// Reads the binary form or the XML form. The bytes are untrusted: every count, offset and depth is
-/// checked, shared references cannot amplify past a budget in proportion to the input, and reading
-/// ends with an error, never with a crash.
+/// Reads the binary form or the XML form. The bytes are untrusted: every count, offset and depth
+/// (128 at most) is checked, shared references cannot amplify past a budget in proportion to the
+/// input, and reading ends with an error, never with a crash.
 [[nodiscard]] Result<Value> read(std::span<const std::uint8_t> bytes);
 
 }  // namespace pelmora::plist

@@ -1,0 +1,132 @@
+#include "platform/AtomicFile.h"
+
+#include "platform/linux/FileDescriptor.h"
+
+#include <dirent.h>
+#include <fcntl.h>
+#include <sys/file.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstdlib>
+#include <memory>
+#include <optional>
+#include <string>
+#include <system_error>
+
+namespace pelmora::platform {
+
+namespace {
+
+constexpr std::string_view kUnique = "XXXXXX";  // what mkostemp fills in
+
+std::string temporaryPrefix(const FilePath& file) {
+  return '.' + std::string(file.lastComponent()) + ".tmp-";
+}
+
+Error systemErrorAt(const FilePath& file, int number) {
+  return Error{file.bytes() + ": " + std::generic_category().message(number)};
+}
+
+bool lock(int descriptor, int operation) {
+  int outcome = 0;
+  do {
+    outcome = ::flock(descriptor, operation);
+  } while (outcome != 0 && errno == EINTR);
+  return outcome == 0;
+}
+
+/// An open temporary file, locked for as long as it is written. Removed at the end unless it was
+/// renamed.
+class TemporaryFile {
+ public:
+  /// nullopt, and errno, when it cannot be made.
+  static std::optional<TemporaryFile> makeFor(const FilePath& file);
+  ~TemporaryFile() {
+    if (_descriptor.isOpen() && !_path.empty()) ::unlink(_path.c_str());
+  }
+  TemporaryFile(TemporaryFile&&) = default;
+
+  bool write(std::span<const std::uint8_t> bytes);
+  bool renameTo(const FilePath& file);
+
+ private:
+  TemporaryFile(std::string path, FileDescriptor descriptor)
+      : _path(std::move(path)), _descriptor(std::move(descriptor)) {}
+
+  std::string _path;  // empty once renamed
+  FileDescriptor _descriptor;
+};
+
+std::optional<TemporaryFile> TemporaryFile::makeFor(const FilePath& file) {
+  // A sweep that comes between the making and the locking takes the file away: then make another.
+  for (;;) {
+    std::string path = (file.parent() / (temporaryPrefix(file) + std::string(kUnique))).bytes();
+    FileDescriptor descriptor(::mkostemp(path.data(), O_CLOEXEC));
+    if (!descriptor.isOpen()) return std::nullopt;
+    TemporaryFile made(std::move(path), std::move(descriptor));
+    struct stat facts {};
+    if (!lock(made._descriptor.get(), LOCK_EX)) return std::nullopt;
+    if (::fstat(made._descriptor.get(), &facts) != 0) return std::nullopt;
+    if (facts.st_nlink > 0) return made;
+  }
+}
+
+bool TemporaryFile::write(std::span<const std::uint8_t> bytes) {
+  while (!bytes.empty()) {
+    const ssize_t put = ::write(_descriptor.get(), bytes.data(), bytes.size());
+    if (put < 0 && errno == EINTR) continue;
+    if (put < 0) return false;
+    bytes = bytes.subspan(static_cast<std::size_t>(put));
+  }
+  return ::fsync(_descriptor.get()) == 0;
+}
+
+bool TemporaryFile::renameTo(const FilePath& file) {
+  if (::rename(_path.c_str(), file.c_str()) != 0) return false;
+  _path.clear();
+  return true;
+}
+
+/// Some file systems cannot flush a folder; the rename is done all the same.
+void flushFolder(const FilePath& folder) {
+  const FileDescriptor descriptor(::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+  if (descriptor.isOpen()) static_cast<void>(::fsync(descriptor.get()));
+}
+
+/// Removes a temporary file that nobody holds locked.
+void removeIfAbandoned(const FilePath& file) {
+  constexpr int kFlags = O_RDONLY | O_NONBLOCK | O_NOFOLLOW | O_CLOEXEC;
+  const FileDescriptor descriptor(::open(file.c_str(), kFlags));
+  struct stat facts {};
+  if (!descriptor.isOpen() || ::fstat(descriptor.get(), &facts) != 0) return;
+  if (!S_ISREG(facts.st_mode)) return;
+  if (lock(descriptor.get(), LOCK_EX | LOCK_NB)) ::unlink(file.c_str());
+}
+
+}  // namespace
+
+Status writeAtomically(const FilePath& file, std::span<const std::uint8_t> bytes) {
+  std::optional<TemporaryFile> temporary = TemporaryFile::makeFor(file);
+  if (!temporary || !temporary->write(bytes) || !temporary->renameTo(file)) {
+    return systemErrorAt(file, errno);
+  }
+  flushFolder(file.parent());
+  return Done{};
+}
+
+void sweepTemporaryFiles(const FilePath& file) {
+  const std::string prefix = temporaryPrefix(file);
+  const FilePath folder = file.parent();
+  const std::unique_ptr<DIR, int (*)(DIR*)> entries(::opendir(folder.c_str()), &::closedir);
+  if (!entries) return;
+  while (const dirent* entry = ::readdir(entries.get())) {
+    const std::string_view name = entry->d_name;
+    if (name.size() == prefix.size() + kUnique.size() && name.starts_with(prefix)) {
+      removeIfAbandoned(folder / name);
+    }
+  }
+}
+
+}  // namespace pelmora::platform
