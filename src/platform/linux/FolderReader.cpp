@@ -1,9 +1,9 @@
 #include "platform/linux/FolderReader.h"
 
 #include "platform/linux/DesktopEntry.h"
+#include "platform/linux/FolderEntries.h"
 #include "platform/linux/SmallFile.h"
 
-#include <dirent.h>
 #include <fcntl.h>
 #include <sys/stat.h>
 
@@ -17,7 +17,6 @@ namespace pelmora::platform {
 
 namespace {
 
-constexpr std::size_t kBufferBytes = 64 * 1024;
 constexpr const char* kHiddenListName = ".hidden";
 constexpr std::size_t kMaxHiddenListBytes = 1024 * 1024;
 
@@ -97,18 +96,10 @@ class EntryCollector {
 
 int readVisibleEntries(int descriptor, Listing& listing) {
   EntryCollector collector(descriptor);
-  alignas(dirent64) char buffer[kBufferBytes];
-  for (;;) {
-    const ssize_t got = ::getdents64(descriptor, buffer, sizeof buffer);
-    if (got < 0 && errno == EINTR) continue;
-    if (got < 0) return errno;
-    if (got == 0) break;
-    for (ssize_t offset = 0; offset < got;) {
-      const auto* entry = reinterpret_cast<const dirent64*>(buffer + offset);
-      collector.take(*entry);
-      offset += entry->d_reclen;
-    }
-  }
+  const auto take = [&collector](const dirent64& entry) { collector.take(entry); };
+  Reading reading = Reading::more;
+  while (reading == Reading::more) reading = readSomeEntries(descriptor, take);
+  if (reading == Reading::failed) return errno;
   collector.finish(listing);
   return 0;
 }

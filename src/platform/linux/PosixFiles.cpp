@@ -1,5 +1,6 @@
 #include "platform/linux/PosixFiles.h"
 
+#include "platform/linux/CanonicalPath.h"
 #include "platform/linux/DesktopEntry.h"
 #include "platform/linux/FileDescriptor.h"
 #include "platform/linux/FileUrl.h"
@@ -12,8 +13,6 @@
 #include <sys/stat.h>
 
 #include <cerrno>
-#include <climits>
-#include <cstdlib>
 
 namespace pelmora::platform {
 
@@ -34,13 +33,6 @@ EntryKind kindOf(const FilePath& path, const struct stat& status) {
   const bool link = S_ISREG(status.st_mode) && DesktopEntry::hasEntryName(path.lastComponent()) &&
                     isDesktopLink(AT_FDCWD, path.c_str());
   return link ? EntryKind::alias : EntryKind::file;
-}
-
-/// The path without links; nullopt when it leads nowhere.
-std::optional<FilePath> canonicalPath(const FilePath& path) {
-  char buffer[PATH_MAX];
-  if (!::realpath(path.c_str(), buffer)) return std::nullopt;
-  return FilePath(buffer);
 }
 
 std::optional<FilePath> targetOfDesktopEntry(const FilePath& path) {
