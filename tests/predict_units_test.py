@@ -1,11 +1,15 @@
 """Tests of the predictor's arithmetic: curves, single precision, draws, folders."""
 
 import os
+import plistlib
+import struct
 import tempfile
 import unittest
+import zlib
 
 import pngfile
 from folder_walk import FolderCache, Walk, resolve_sources
+from keyedarchive import ArchiveError, KeyedArchive
 from predict import includes_screen, reference_time, seconds_to_day_change, weekday
 from saver_home import source, use_time_zone
 from saver_random import Random, float32, float32_of_int
@@ -103,6 +107,56 @@ class Folders(unittest.TestCase):
             self.assertEqual(levels, sorted(levels))
             self.assertEqual({name for each in records for name in each.names},
                              {b"one", b"two", b"three", b"four", b"six"})
+
+
+class PngFiles(unittest.TestCase):
+    def picture(self, data):
+        with tempfile.NamedTemporaryFile() as file:
+            file.write(data)
+            file.flush()
+            return pngfile.Picture(file.name)
+
+    def test_are_read_as_they_were_written(self):
+        picture = self.picture(pngfile.encode(3, 2, (1, 2, 3)))
+        self.assertEqual((picture.width, picture.height), (3, 2))
+        self.assertEqual(picture.pixel(2, 1), (1, 2, 3))
+
+    def test_every_filter_is_undone(self):
+        rows = [bytes([kind, 10, 20, 30, 1, 2, 3]) for kind in range(5)]
+        data = pngfile.encode(2, 5, (0, 0, 0))
+        plain = zlib.compress((b"\0" + bytes(6)) * 5)
+        filtered = zlib.compress(b"".join(rows))
+        packed = struct.pack(">I", len(plain)) + b"IDAT" + plain
+        self.assertIn(packed, data)
+        picture = self.picture(
+            data.replace(packed, struct.pack(">I", len(filtered)) + b"IDAT" + filtered))
+        # From the top: none, left, above, mean, Paeth.
+        self.assertEqual([picture.pixel(1, y) for y in (4, 3, 2, 1, 0)], [
+            (1, 2, 3), (11, 22, 33), (12, 24, 36), (17, 34, 51), (31, 62, 93)])
+
+
+class KeyedArchives(unittest.TestCase):
+    def archive(self, **changes):
+        uid = plistlib.UID
+        objects = ["$null", {"NS.keys": [uid(2)], "NS.objects": [uid(3)], "$class": uid(5)}, "when",
+                   {"NS.time": 1.5, "$class": uid(4)},
+                   {"$classname": "NSDate", "$classes": ["NSDate", "NSObject"]},
+                   {"$classname": "NSDictionary", "$classes": ["NSDictionary", "NSObject"]}]
+        return plistlib.dumps({"$archiver": "NSKeyedArchiver", "$version": 100000,
+                               "$objects": objects, "$top": {"root": uid(1)}} | changes,
+                              fmt=plistlib.FMT_BINARY)
+
+    def test_are_read(self):
+        archive = KeyedArchive(self.archive())
+        self.assertEqual(archive.root(), {"when": 1.5})
+        self.assertEqual(archive.class_names(), {"NSDate", "NSDictionary"})
+
+    def test_are_refused_when_they_are_others(self):
+        for changes in ({"$archiver": "Other"}, {"$version": 1}, {"more": 1}):
+            with self.assertRaises(ArchiveError):
+                KeyedArchive(self.archive(**changes))
+        with self.assertRaises(ArchiveError):
+            KeyedArchive(self.archive(**{"$top": {"root": plistlib.UID(9)}})).root()
 
 
 if __name__ == "__main__":
