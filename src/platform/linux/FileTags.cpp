@@ -1,0 +1,41 @@
+#include "platform/linux/FileTags.h"
+
+#include "platform/linux/PlainText.h"
+#include "platform/PropertyList.h"
+
+namespace pelmora::platform {
+
+namespace {
+
+void addTag(std::vector<std::string>& tags, std::string_view text) {
+  std::string tag = plainText(text);
+  if (!tag.empty() && tags.size() < kMaxTags) tags.push_back(std::move(tag));
+}
+
+}  // namespace
+
+std::vector<std::string> tagsOfText(std::string_view value) {
+  std::vector<std::string> tags;
+  while (!value.empty() && tags.size() < kMaxTags) {
+    const std::size_t end = value.find(',');
+    addTag(tags, value.substr(0, end));
+    value.remove_prefix(end == std::string_view::npos ? value.size() : end + 1);
+  }
+  return tags;
+}
+
+std::vector<std::string> tagsOfPropertyList(std::string_view value) {
+  const plist::Bytes bytes(value.begin(), value.end());
+  const Result<plist::Value> root = plist::read(bytes);
+  const auto* names = root ? root->get<plist::Array>() : nullptr;
+  std::vector<std::string> tags;
+  if (!names) return tags;
+  for (const plist::Value& item : *names) {
+    if (tags.size() == kMaxTags) break;
+    const auto* name = item.get<std::string>();
+    if (name) addTag(tags, std::string_view(*name).substr(0, name->find('\n')));
+  }
+  return tags;
+}
+
+}  // namespace pelmora::platform

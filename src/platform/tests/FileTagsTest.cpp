@@ -1,0 +1,57 @@
+#include "platform/linux/FileTags.h"
+
+#include "platform/PropertyList.h"
+
+#include <gmock/gmock.h>
+
+namespace pelmora::platform {
+
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+using testing::SizeIs;
+
+std::string encoded(const plist::Value& value) {
+  const plist::Bytes bytes = plist::writeBinary(value);
+  return {bytes.begin(), bytes.end()};
+}
+
+}  // namespace
+
+TEST(FileTags, areBetweenCommas) {
+  EXPECT_THAT(tagsOfText("Red"), ElementsAre("Red"));
+  EXPECT_THAT(tagsOfText("Red,Sea, two words ,\tlast\n"),
+              ElementsAre("Red", "Sea", "two words", "last"));
+}
+
+TEST(FileTags, areNoEmptyOnes) {
+  EXPECT_THAT(tagsOfText(""), IsEmpty());
+  EXPECT_THAT(tagsOfText(" , ,,\n"), IsEmpty());
+  EXPECT_THAT(tagsOfText(",a,,b,"), ElementsAre("a", "b"));
+}
+
+TEST(FileTags, areCleanText) {
+  EXPECT_THAT(tagsOfText(std::string_view("\xE9,a\0b,\x1B", 7)), ElementsAre("\xEF\xBF\xBD", "ab"));
+}
+
+TEST(FileTags, areNotEndlesslyMany) {
+  std::string value;
+  for (int i = 0; i < 30'000; ++i) value += "a,";
+  EXPECT_THAT(tagsOfText(value), SizeIs(kMaxTags));
+  EXPECT_THAT(tagsOfPropertyList(encoded(plist::Array(1000, plist::Value("a")))), SizeIs(kMaxTags));
+}
+
+TEST(FileTags, comeFromPropertyListsWithoutTheirColours) {
+  EXPECT_THAT(tagsOfPropertyList(encoded(
+                  plist::Array{"Red\n6", "Plain", "Meer \xC3\xA9\n0", "\n3", 7, plist::Array{}})),
+              ElementsAre("Red", "Plain", "Meer \xC3\xA9"));
+}
+
+TEST(FileTags, areNoneInAnythingElse) {
+  EXPECT_THAT(tagsOfPropertyList(""), IsEmpty());
+  EXPECT_THAT(tagsOfPropertyList("bplist00 and no more"), IsEmpty());
+  EXPECT_THAT(tagsOfPropertyList(encoded("Red\n6")), IsEmpty());
+}
+
+}  // namespace pelmora::platform
