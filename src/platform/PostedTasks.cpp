@@ -55,7 +55,8 @@ void PostedTasks::waitFor(double seconds) {
   // A moment late rather than early: rounding must not cost a second wake-up.
   constexpr double kMomentLater = 1e-6;
   constexpr double kLongest = 1e6;
-  const std::chrono::duration<double> duration(std::clamp(seconds, 0.0, kLongest) + kMomentLater);
+  const std::chrono::duration<double> duration((seconds > 0 ? std::min(seconds, kLongest) : 0) +
+                                               kMomentLater);
   std::unique_lock lock(_mutex);
   _workArrived.wait_for(lock, std::chrono::ceil<std::chrono::nanoseconds>(duration),
                         [this] { return hasWork(); });

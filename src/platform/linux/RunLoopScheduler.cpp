@@ -37,8 +37,9 @@ void RunLoopScheduler::runOnMainAndWait(const Task& task) {
 bool RunLoopScheduler::isMainThread() const { return _main == std::this_thread::get_id(); }
 
 void RunLoopScheduler::sleep(double seconds) {
+  if (!(seconds > 0)) return;
   constexpr double kLongest = 1e6;
-  const std::chrono::duration<double> duration(std::clamp(seconds, 0.0, kLongest));
+  const std::chrono::duration<double> duration(std::min(seconds, kLongest));
   std::unique_lock lock(_stopMutex);
   _stopCalled.wait_for(lock, std::chrono::ceil<std::chrono::nanoseconds>(duration),
                        [this] { return _stopped.load(); });

@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <future>
+#include <limits>
 #include <string>
 #include <vector>
 
@@ -189,6 +190,13 @@ TEST(RunLoopScheduler, sleepsThroughWhatIsPosted) {
   });
   fixture.scheduler.run();
   EXPECT_GE(slept, 0.002);
+}
+
+TEST(RunLoopScheduler, sleepsNotAtAllForNonsense) {
+  Fixture fixture;
+  fixture.scheduler.sleep(0);
+  fixture.scheduler.sleep(-kForever);
+  fixture.scheduler.sleep(std::numeric_limits<double>::quiet_NaN());
 }
 
 TEST(RunLoopScheduler, skipsTheTurnsThatASleepMissed) {
