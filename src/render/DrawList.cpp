@@ -59,6 +59,13 @@ void append(std::vector<DrawItem>& items, const LayerSnapshot& layer, double tim
   for (const LayerSnapshot& sublayer : layer.sublayers) append(items, sublayer, time, own);
 }
 
+using Pictures = std::vector<std::shared_ptr<const BakedPicture>>;
+
+void append(Pictures& pictures, const LayerSnapshot& layer) {
+  if (layer.picture) pictures.push_back(layer.picture);
+  for (const LayerSnapshot& sublayer : layer.sublayers) append(pictures, sublayer);
+}
+
 }  // namespace
 
 QRect DrawItem::extent() const {
@@ -76,6 +83,12 @@ std::vector<DrawItem> drawListOf(const Snapshot& snapshot, double time) {
   const Outer outer{toTargetOf(snapshot), 1, false};
   for (const LayerSnapshot& layer : snapshot.root.sublayers) append(items, layer, time, outer);
   return items;
+}
+
+Pictures picturesOf(const Snapshot& snapshot) {
+  Pictures pictures;
+  for (const LayerSnapshot& layer : snapshot.root.sublayers) append(pictures, layer);
+  return pictures;
 }
 
 std::vector<FillItem> backgroundOf(const Snapshot& snapshot) {

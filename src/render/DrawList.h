@@ -35,6 +35,8 @@ struct FillItem {
 /// of presenting. Layers that are wholly transparent are left out. A layer's opacity acts on each
 /// of its sublayers by itself.
 [[nodiscard]] std::vector<DrawItem> drawListOf(const Snapshot& snapshot, double time);
+/// All pictures in the same order, also those that are transparent just now.
+[[nodiscard]] std::vector<std::shared_ptr<const BakedPicture>> picturesOf(const Snapshot& snapshot);
 /// The root's own fills, over black.
 [[nodiscard]] std::vector<FillItem> backgroundOf(const Snapshot& snapshot);
 

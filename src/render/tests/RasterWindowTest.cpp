@@ -1,25 +1,18 @@
 #include "render/RasterWindow.h"
 
-#include "render/tests/Stage.h"
+#include "render/tests/Windows.h"
 
 #include <gtest/gtest.h>
 
-#include <QGuiApplication>
 #include <QScreen>
 
-#include <functional>
 #include <thread>
 
 namespace pelmora::render {
 namespace {
 
 struct RasterWindowTest : testing::Test {
-  static void SetUpTestSuite() {
-    static int argc = 1;
-    static char name[] = "render_tests";
-    static char* argv[] = {name, nullptr};
-    if (QGuiApplication::instance() == nullptr) static QGuiApplication application(argc, argv);
-  }
+  static void SetUpTestSuite() { makeGuiApplication(); }
   RasterWindowTest() { stage.tree.setPresenter(&window); }
   ~RasterWindowTest() override { stage.tree.setPresenter(nullptr); }
 
@@ -28,15 +21,6 @@ struct RasterWindowTest : testing::Test {
     window.show();
     waitUntil([this] { return window.isExposed(); });
     QCoreApplication::processEvents();
-  }
-  static void waitUntil(const std::function<bool()>& done) {
-    while (!done()) QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
-  }
-  std::shared_ptr<Layer> addCard() {
-    auto card = stage.addLayer({{0, 0}, {60, 40}}, {0, 0});
-    card->setContents(plainPicture(60, 40));
-    startEntrance(*card, {60, 40}, {120, 60}, 0.1);
-    return card;
   }
   /// Lets the window draw what it has arranged, at the present stepped time.
   void drawNextFrame() {
@@ -56,7 +40,7 @@ TEST_F(RasterWindowTest, paintsItselfBlackBeforeTheFirstSnapshot) {
 
 TEST_F(RasterWindowTest, drawsFramesWhileSomethingMovesAndNoneAtRest) {
   show();
-  addCard();
+  addCard(stage);
   stage.tree.commit();
   waitUntil([this] { return window.isFrameDue(); });
   for (const double time : {0.3, 0.9}) {
@@ -70,7 +54,7 @@ TEST_F(RasterWindowTest, drawsFramesWhileSomethingMovesAndNoneAtRest) {
   waitUntil([this] { return !window.isFrameDue(); });
   QCoreApplication::processEvents();
   const std::uint64_t atRest = window.framesDrawn();
-  for (int turn = 0; turn < 20; ++turn) QCoreApplication::processEvents();
+  settle();
   EXPECT_EQ(window.framesDrawn(), atRest);
   EXPECT_FALSE(window.isFrameDue());
 }
@@ -78,7 +62,7 @@ TEST_F(RasterWindowTest, drawsFramesWhileSomethingMovesAndNoneAtRest) {
 TEST_F(RasterWindowTest, beginsAnimationsWithTheFrameThatShowsThem) {
   show();
   stage.scheduler.advanceTo(3);
-  const auto card = addCard();
+  const auto card = addCard(stage);
   stage.tree.commit();
   waitUntil([this] { return window.isFrameDue(); });
   stage.scheduler.advanceTo(3 + 1.15);
@@ -86,9 +70,9 @@ TEST_F(RasterWindowTest, beginsAnimationsWithTheFrameThatShowsThem) {
 }
 
 TEST_F(RasterWindowTest, drawsNothingWhileHidden) {
-  const auto card = addCard();
+  const auto card = addCard(stage);
   stage.tree.commit();
-  for (int turn = 0; turn < 20; ++turn) QCoreApplication::processEvents();
+  settle();
   EXPECT_EQ(window.framesDrawn(), 0U);
   EXPECT_FALSE(window.isFrameDue());
   stage.scheduler.advanceTo(1.15);
@@ -97,7 +81,7 @@ TEST_F(RasterWindowTest, drawsNothingWhileHidden) {
 
 TEST_F(RasterWindowTest, stopsFramesWhenItIsHidden) {
   show();
-  addCard();
+  addCard(stage);
   stage.tree.commit();
   waitUntil([this] { return window.isFrameDue(); });
   window.hide();
@@ -126,7 +110,7 @@ TEST_F(RasterWindowTest, repaintsWhenItsSizeChanges) {
 
 TEST_F(RasterWindowTest, takesSnapshotsFromAnotherThread) {
   show();
-  addCard();
+  addCard(stage);
   stage.tree.setPresenter(&stage.presenter);
   stage.tree.commit();
   std::thread([this] { window.submit(stage.presenter.snapshots.back()); }).join();
