@@ -3,6 +3,7 @@
 #include "platform/Image.h"
 #include "render/Animation.h"
 #include "shared/FilePath.h"
+#include "shared/Geometry.h"
 
 #include <QImage>
 
@@ -18,9 +19,10 @@ class OwnerView;
 
 /// One picture on one screen: its artwork (the picture itself, or mounted in an instant-photo frame
 /// with a handwritten caption and tag pills) and the layer that shows it and slides into place.
-/// Releasing the card takes its layer off the screen at once; during its entrance the layer holds the
-/// card, so a card dropped within its first 1.15 s goes when its turn has ended.
-/// Thread: the view's. Units: points. Errors: none; what cannot be had (a font, tags) is done without.
+/// Releasing the card takes its layer off the screen at once; during its entrance the layer holds
+/// the card, so a card dropped within its first 1.15 s goes when its turn has ended.
+/// Thread: the view's. Units: points.
+/// Errors: none; what cannot be had (a font, tags) is done without.
 class PMFile : public render::AnimationDelegate, public std::enable_shared_from_this<PMFile> {
  public:
   /// Makes the card and starts its entrance on `ownerView` (null: a zero frame, nothing shown).
@@ -42,6 +44,7 @@ class PMFile : public render::AnimationDelegate, public std::enable_shared_from_
 
   FilePath _url;
   QImage _image;
+  Size _size;  // of the artwork, in points
   std::shared_ptr<render::Layer> _layer;
 };
 

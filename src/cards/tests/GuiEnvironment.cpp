@@ -1,0 +1,28 @@
+#include <gtest/gtest.h>
+#include <QGuiApplication>
+
+#include <memory>
+
+namespace pelmora::cards {
+
+namespace {
+
+// Fonts need an application.
+class GuiEnvironment : public testing::Environment {
+ public:
+  void SetUp() override { _application = std::make_unique<QGuiApplication>(_count, _arguments); }
+  void TearDown() override { _application.reset(); }
+
+ private:
+  int _count = 1;
+  char _name[12] = "cards_tests";
+  char* _arguments[2] = {_name, nullptr};
+  std::unique_ptr<QGuiApplication> _application;
+};
+
+[[maybe_unused]] const testing::Environment* const kEnvironment =
+    testing::AddGlobalTestEnvironment(new GuiEnvironment);
+
+}  // namespace
+
+}  // namespace pelmora::cards
