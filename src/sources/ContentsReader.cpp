@@ -1,0 +1,165 @@
+#include "sources/ContentsReader.h"
+
+#include <algorithm>
+#include <string_view>
+#include <utility>
+
+namespace pelmora::sources {
+
+using platform::EntryKind;
+using platform::FileFacts;
+using platform::FinalLink;
+using platform::Listing;
+
+namespace {
+
+const SharedNames& noNames() {
+  static const SharedNames none = std::make_shared<const NameList>();
+  return none;
+}
+
+SharedNames orNone(SharedNames names) { return names ? std::move(names) : noNames(); }
+
+class NameSorter {
+ public:
+  void take(std::string_view name, bool isFolder) { (isFolder ? _folders : _files).append(name); }
+  [[nodiscard]] FolderContents finish() { return {_files.finish(), _folders.finish()}; }
+
+ private:
+  NameListBuilder _files;
+  NameListBuilder _folders;
+};
+
+bool hasOnly(EntryKind kind, const Listing& listing) {
+  return std::all_of(listing.kinds.begin(), listing.kinds.end(),
+                     [kind](EntryKind other) { return other == kind; });
+}
+
+FolderContents splitBaseFolder(const Listing& listing, const platform::Operation& operation) {
+  if (hasOnly(EntryKind::file, listing) && !operation.isCancelled()) {
+    return {listing.names, noNames()};
+  }
+  NameSorter sorter;
+  auto kind = listing.kinds.begin();
+  for (const std::string_view name : *listing.names) {
+    sorter.take(name, *kind++ == EntryKind::folder);
+    if (operation.isCancelled()) break;
+  }
+  return sorter.finish();
+}
+
+}  // namespace
+
+BaseFolderContents ContentsReader::readBaseFolder(const FilePath& folder,
+                                                  const platform::Operation& operation) const {
+  if (const auto cachedDate = _cache.mdateOfFolder(folder)) {
+    const auto facts = _files.facts(folder, FinalLink::follow);
+    if (facts && facts->contentModificationDate == *cachedDate) {
+      return {
+          {orNone(_cache.fileNamesOfFolder(folder)), orNone(_cache.folderNamesOfFolder(folder))},
+          facts,
+          true};
+    }
+  }
+  const auto listing = _files.list(folder, FinalLink::follow);
+  if (!listing) return {{noNames(), noNames()}, std::nullopt, false};
+  return {splitBaseFolder(**listing, operation), (*listing)->folder, false};
+}
+
+std::optional<FoundFolder> ContentsReader::find(const FilePath& subfolder) const {
+  if (_files.hasPackageSuffix(subfolder.lastComponent()) &&
+      _files.isPackage(subfolder).value_or(true)) {
+    return std::nullopt;
+  }
+  const bool isKnown = _cache.fileNamesOfFolder(subfolder) != nullptr;
+  if (isKnown) return findUnlisted(subfolder);
+  // Its names are needed, so opening it is the cheapest look at it.
+  auto listing = _files.list(subfolder, FinalLink::refuse);
+  if (!listing) return findUnlisted(subfolder);
+  if (isPackage(subfolder, *(*listing)->names)) return std::nullopt;
+  const FileFacts facts = (*listing)->folder;
+  return FoundFolder{subfolder, facts, false, *std::move(listing)};
+}
+
+std::optional<FoundFolder> ContentsReader::findUnlisted(const FilePath& subfolder) const {
+  const auto facts = _files.facts(subfolder, FinalLink::refuse);
+  if (!facts) return std::nullopt;
+  if (facts->kind == EntryKind::alias) return findTarget(subfolder);
+  if (facts->kind != EntryKind::folder) return std::nullopt;
+  const SharedNames folders = _cache.folderNamesOfFolder(subfolder);
+  if (folders && isPackage(subfolder, *folders)) return std::nullopt;
+  return FoundFolder{subfolder, *facts, false, nullptr};
+}
+
+std::optional<FoundFolder> ContentsReader::findTarget(const FilePath& alias) const {
+  auto target = _files.resolveAlias(alias);
+  if (!target) return std::nullopt;
+  const auto facts = _files.facts(*target, FinalLink::follow);
+  if (!facts || facts->kind != EntryKind::folder) return std::nullopt;
+  return FoundFolder{*std::move(target), *facts, true, nullptr};
+}
+
+bool ContentsReader::isPackage(const FilePath& folder, const NameList& names) const {
+  return names.contains("Contents") && _files.isPackage(folder).value_or(true);
+}
+
+std::optional<FolderContents> ContentsReader::readFolder(const FoundFolder& folder) const {
+  if (folder.listing) return enter(folder.url, folder.listing.get());
+  if (auto cached = cachedContents(folder)) return cached;
+  const auto listing = _files.list(folder.url, FinalLink::refuse);
+  if (!listing) return enter(folder.url, nullptr);
+  if (!folder.isAliasTarget && isPackage(folder.url, *(*listing)->names)) return std::nullopt;
+  return enter(folder.url, listing->get());
+}
+
+std::optional<FolderContents> ContentsReader::cachedContents(const FoundFolder& folder) const {
+  const auto cachedDate = _cache.mdateOfFolder(folder.url);
+  if (!cachedDate || *cachedDate != folder.facts.contentModificationDate) return std::nullopt;
+  SharedNames folders = _cache.folderNamesOfFolder(folder.url);
+  // Names of subfolders are only kept where there are some. Those of a folder that says it has
+  // subfolders got lost when an earlier walk was cut short.
+  if (!folders && !folder.facts.hasSubfolders) folders = noNames();
+  return FolderContents{orNone(_cache.fileNamesOfFolder(folder.url)), std::move(folders)};
+}
+
+FolderContents ContentsReader::enter(const FilePath& folder, const Listing* listing) const {
+  if (!listing) {
+    _cache.addFolder(folder, noNames(), nullptr);
+    return {noNames(), nullptr};
+  }
+  FolderContents contents = split(folder, *listing);
+  _cache.addFolder(folder, contents.files, nullptr, listing->folder.contentModificationDate);
+  if (!contents.folders->empty()) _cache.setFolderNames(contents.folders, folder);
+  return contents;
+}
+
+FolderContents ContentsReader::split(const FilePath& folder, const Listing& listing) const {
+  if (hasOnly(EntryKind::file, listing)) return {listing.names, noNames()};
+  if (hasOnly(EntryKind::folder, listing)) return {noNames(), listing.names};
+  NameSorter sorter;
+  auto kind = listing.kinds.begin();
+  for (const std::string_view name : *listing.names) {
+    const EntryKind entry = *kind++;
+    sorter.take(name, entry == EntryKind::folder ||
+                          (entry == EntryKind::alias && isDirectory(_files, folder / name)));
+  }
+  return sorter.finish();
+}
+
+SharedNames ContentsReader::fileNamesOf(const FilePath& folder) const {
+  const auto facts = _files.facts(folder, FinalLink::refuse);
+  if (!facts) return noNames();
+  const auto contents = readFolder({folder, *facts, true, nullptr});
+  return contents ? contents->files : noNames();
+}
+
+SharedNames ContentsReader::subfolderNamesOf(const FilePath& folder) const {
+  if (SharedNames cached = _cache.folderNamesOfFolder(folder)) return cached;
+  const auto listing = _files.list(folder, FinalLink::refuse);
+  if (!listing) return noNames();
+  const SharedNames folders = split(folder, **listing).folders;
+  if (!folders->empty()) _cache.setFolderNames(folders, folder);
+  return folders;
+}
+
+}  // namespace pelmora::sources
