@@ -15,7 +15,7 @@ namespace pelmora::platform {
 /// How much may be spent on looking for a folder.
 struct SearchLimits {
   std::size_t reads = 40'000;  // of a block of entries; a folder takes two or more
-  double seconds = 2;          // of media time
+  double seconds = 0.5;        // of media time; a folder that is gone costs them at every start
 };
 
 /// Looks for a folder by its inode, breadth first, below one place after another on one filesystem,
