@@ -15,9 +15,9 @@ namespace pelmora::cache {
 
 /// The names of the files and subfolders of each folder walked, with the folder's date, so that an
 /// unchanged folder is not listed again. Read from "FolderCache.plist" at the start of a run and
-/// written at most once, at its end; entries whose date nobody asked for in the run are then dropped.
-/// Thread: any (`_mutex`); load and save read and write the file outside the lock.
-/// Errors: logged and swallowed; the cache then works from memory alone.
+/// written at most once, at its end; entries whose date nobody asked for in the run are then
+/// dropped. Thread: any (`_mutex`); load and save read and write the file outside the lock. Errors:
+/// logged and swallowed; the cache then works from memory alone.
 class FolderCache {
  public:
   /// The one cache of the process, made on first use.
@@ -57,6 +57,9 @@ class FolderCache {
   };
   using Entries = std::unordered_map<FilePath, Entry>;
   friend class FolderCacheFile;  // the file's form
+
+  /// Drops the entries that were not used, takes the mark of use from the others and gives a copy.
+  Entries prune();
 
   const platform::Services& _services;
   mutable std::mutex _mutex;  // guards all below

@@ -2,8 +2,11 @@
 
 #include "platform/UnicodeText.h"
 
+#include <algorithm>
 #include <bit>
 #include <cassert>
+#include <cstring>
+#include <utility>
 
 namespace pelmora::plist {
 
@@ -11,14 +14,15 @@ namespace {
 
 constexpr std::string_view kMagic = "bplist00";
 constexpr unsigned kCountFollows = 0x0F;
+constexpr std::size_t kGrowth = 4096;
 
 }  // namespace
 
 BinaryObjectWriter::BinaryObjectWriter(std::uint64_t objectCount, std::size_t expectedBytes)
     : _objectCount(objectCount), _refSize(bytesFor(objectCount == 0 ? 0 : objectCount - 1)) {
-  _bytes.reserve(expectedBytes);
+  _bytes.reserve(expectedBytes + kGrowth);
   _offsets.reserve(objectCount);
-  _bytes.insert(_bytes.end(), kMagic.begin(), kMagic.end());
+  bytes(kMagic.data(), kMagic.size());
 }
 
 unsigned BinaryObjectWriter::bytesFor(std::uint64_t largest) {
@@ -28,12 +32,12 @@ unsigned BinaryObjectWriter::bytesFor(std::uint64_t largest) {
 
 void BinaryObjectWriter::null() {
   begin();
-  _bytes.push_back(0x00);
+  byte(0x00);
 }
 
 void BinaryObjectWriter::boolean(bool value) {
   begin();
-  _bytes.push_back(value ? 0x09 : 0x08);
+  byte(value ? 0x09 : 0x08);
 }
 
 void BinaryObjectWriter::integer(std::int64_t value) {
@@ -45,46 +49,48 @@ void BinaryObjectWriter::integer(std::int64_t value) {
 void BinaryObjectWriter::plainInteger(std::int64_t value) {
   const auto bits = static_cast<std::uint64_t>(value);
   const unsigned log2 = bits <= 0xFF ? 0 : bits <= 0xFFFF ? 1 : bits <= 0xFFFFFFFF ? 2 : 3;
-  _bytes.push_back(static_cast<std::uint8_t>(0x10 | log2));
+  byte(0x10 | log2);
   bigEndian(bits, 1U << log2);
 }
 
 void BinaryObjectWriter::real(double value) {
   begin();
-  _bytes.push_back(0x23);
+  byte(0x23);
   bigEndian(std::bit_cast<std::uint64_t>(value), 8);
 }
 
 void BinaryObjectWriter::date(ReferenceTime value) {
   begin();
-  _bytes.push_back(0x33);
+  byte(0x33);
   bigEndian(std::bit_cast<std::uint64_t>(value.seconds), 8);
 }
 
-void BinaryObjectWriter::text(std::string_view bytes) {
-  if (isAscii(bytes)) {
+void BinaryObjectWriter::text(std::string_view content) {
+  if (isAscii(content)) {
     begin();
-    counted(0x50, bytes.size());
-    _bytes.insert(_bytes.end(), bytes.begin(), bytes.end());
-  } else if (isUtf8(bytes)) {
+    counted(0x50, content.size());
+    bytes(content.data(), content.size());
+  } else if (isUtf8(content)) {
     begin();
-    counted(0x60, utf16Length(bytes));
-    appendUtf16(bytes, _bytes);
+    Bytes units;
+    appendUtf16(content, units);
+    counted(0x60, units.size() / 2);
+    bytes(units.data(), units.size());
   } else {
-    data({reinterpret_cast<const std::uint8_t*>(bytes.data()), bytes.size()});
+    data({reinterpret_cast<const std::uint8_t*>(content.data()), content.size()});
   }
 }
 
-void BinaryObjectWriter::data(std::span<const std::uint8_t> bytes) {
+void BinaryObjectWriter::data(std::span<const std::uint8_t> content) {
   begin();
-  counted(0x40, bytes.size());
-  _bytes.insert(_bytes.end(), bytes.begin(), bytes.end());
+  counted(0x40, content.size());
+  bytes(content.data(), content.size());
 }
 
 void BinaryObjectWriter::uid(std::uint32_t index) {
   begin();
   const unsigned width = bytesFor(index);
-  _bytes.push_back(static_cast<std::uint8_t>(0x80 | (width - 1)));
+  byte(0x80 | (width - 1));
   bigEndian(index, width);
 }
 
@@ -98,37 +104,38 @@ void BinaryObjectWriter::dictionary(std::uint64_t pairs) {
   counted(0xD0, pairs);
 }
 
-void BinaryObjectWriter::ref(std::uint64_t object) { bigEndian(object, _refSize); }
-
 void BinaryObjectWriter::counted(unsigned marker, std::uint64_t count) {
   if (count < kCountFollows) {
-    _bytes.push_back(static_cast<std::uint8_t>(marker | static_cast<unsigned>(count)));
+    byte(marker | static_cast<unsigned>(count));
     return;
   }
-  _bytes.push_back(static_cast<std::uint8_t>(marker | kCountFollows));
+  byte(marker | kCountFollows);
   plainInteger(static_cast<std::int64_t>(count));
 }
 
-void BinaryObjectWriter::bigEndian(std::uint64_t value, unsigned width) {
-  std::uint8_t bytes[8];
-  for (unsigned i = 0; i < width; ++i) {
-    bytes[i] = static_cast<std::uint8_t>(value >> (8 * (width - 1 - i)));
-  }
-  _bytes.insert(_bytes.end(), bytes, bytes + width);
+void BinaryObjectWriter::bytes(const void* from, std::size_t size) {
+  if (size == 0) return;
+  std::memcpy(room(size), from, size);
+  _used += size;
 }
+
+// In small steps: a vector's new bytes are zeroed, which costs least while they are still in the
+// processor's cache when the real ones come.
+void BinaryObjectWriter::grow(std::size_t size) { _bytes.resize(_used + std::max(size, kGrowth)); }
 
 Bytes BinaryObjectWriter::finish() && {
   assert(_offsets.size() == _objectCount && "as many objects as announced");
-  const std::uint64_t table = _bytes.size();
+  const std::uint64_t table = _used;
   const unsigned offsetSize = bytesFor(table);
   for (const std::uint64_t offset : _offsets) bigEndian(offset, offsetSize);
 
   bigEndian(0, 6);
-  _bytes.push_back(static_cast<std::uint8_t>(offsetSize));
-  _bytes.push_back(static_cast<std::uint8_t>(_refSize));
+  byte(offsetSize);
+  byte(_refSize);
   bigEndian(_objectCount, 8);
   bigEndian(0, 8);
   bigEndian(table, 8);
+  _bytes.resize(_used);
   return std::move(_bytes);
 }
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "platform/BigEndian.h"
 #include "platform/PropertyList.h"
 
 #include <cstddef>
@@ -25,14 +26,14 @@ class BinaryObjectWriter {
   void real(double value);
   void date(ReferenceTime value);
   /// A string; data where the bytes are not UTF-8, so that nothing is lost.
-  void text(std::string_view bytes);
-  void data(std::span<const std::uint8_t> bytes);
+  void text(std::string_view content);
+  void data(std::span<const std::uint8_t> content);
   void uid(std::uint32_t index);
   /// `count` references follow.
   void array(std::uint64_t count);
   /// References to `pairs` keys follow, then those to as many values.
   void dictionary(std::uint64_t pairs);
-  void ref(std::uint64_t object);
+  void ref(std::uint64_t object) { bigEndian(object, _refSize); }
 
   /// The whole file, once every object is in.
   [[nodiscard]] Bytes finish() &&;
@@ -41,14 +42,26 @@ class BinaryObjectWriter {
   [[nodiscard]] static unsigned bytesFor(std::uint64_t largest);
 
  private:
-  void begin() { _offsets.push_back(_bytes.size()); }
+  void begin() { _offsets.push_back(_used); }
+  void byte(unsigned value) { bigEndian(value, 1); }
   void counted(unsigned marker, std::uint64_t count);
   void plainInteger(std::int64_t value);
-  void bigEndian(std::uint64_t value, unsigned width);
+  void bytes(const void* from, std::size_t size);
+  void bigEndian(std::uint64_t value, unsigned width) {
+    writeBigEndian(value, width, room(sizeof value));
+    _used += width;
+  }
+  /// Where the next `size` bytes go.
+  std::uint8_t* room(std::size_t size) {
+    if (_bytes.size() - _used < size) grow(size);
+    return _bytes.data() + _used;
+  }
+  void grow(std::size_t size);
 
   const std::uint64_t _objectCount;
   const unsigned _refSize;
-  Bytes _bytes;
+  Bytes _bytes;  // used up to `_used`
+  std::size_t _used = 0;
   std::vector<std::uint64_t> _offsets;
 };
 

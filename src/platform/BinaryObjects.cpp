@@ -14,12 +14,6 @@ constexpr std::string_view kMagic = "bplist00";
 constexpr std::size_t kTrailerSize = 32;
 constexpr unsigned kCountFollows = 0x0F;
 
-std::uint64_t bigEndian(const std::uint8_t* at, unsigned width) {
-  std::uint64_t value = 0;
-  for (unsigned i = 0; i < width; ++i) value = value << 8 | at[i];
-  return value;
-}
-
 }  // namespace
 
 bool BinaryObjects::isBinary(std::span<const std::uint8_t> bytes) {
@@ -37,9 +31,9 @@ Result<BinaryObjects> BinaryObjects::open(std::span<const std::uint8_t> bytes) {
   objects._bytes = bytes;
   objects._offsetSize = trailer[6];
   objects._refSize = trailer[7];
-  objects._objectCount = bigEndian(trailer + 8, 8);
-  objects._top = bigEndian(trailer + 16, 8);
-  objects._tableOffset = bigEndian(trailer + 24, 8);
+  objects._objectCount = readBigEndian(trailer + 8, 8);
+  objects._top = readBigEndian(trailer + 16, 8);
+  objects._tableOffset = readBigEndian(trailer + 24, 8);
 
   const bool sizesFit = objects._offsetSize >= 1 && objects._offsetSize <= 8 &&
                         objects._refSize >= 1 && objects._refSize <= 8;
@@ -57,14 +51,11 @@ Result<BinaryObjects> BinaryObjects::open(std::span<const std::uint8_t> bytes) {
   return objects;
 }
 
-std::uint64_t BinaryObjects::ref(const ObjectView& container, std::uint64_t i) const {
-  return bigEndian(container.payload + i * _refSize, _refSize);
-}
-
+// Numbers are read as whole words here: behind every object and offset lies at least the trailer.
 std::optional<ObjectView> BinaryObjects::at(std::uint64_t index) const {
   if (index >= _objectCount) return std::nullopt;
   const std::uint64_t offset =
-      bigEndian(_bytes.data() + _tableOffset + index * _offsetSize, _offsetSize);
+      readBigEndian(_bytes.data() + _tableOffset + index * _offsetSize, _offsetSize);
   if (offset < kMagic.size() || offset >= _tableOffset) return std::nullopt;
 
   const unsigned marker = _bytes[offset];
@@ -112,7 +103,7 @@ std::optional<ObjectView> BinaryObjects::counted(ObjectType type, unsigned low,
     if (marker < 0x10 || marker > 0x13) return std::nullopt;
     const unsigned width = 1U << (marker & 0x0F);
     if (width > _tableOffset - at - 1) return std::nullopt;
-    count = bigEndian(_bytes.data() + at + 1, width);
+    count = readBigEndian(_bytes.data() + at + 1, width);
     at += 1 + width;
   }
   if (count > (_tableOffset - at) / unitSize) return std::nullopt;
@@ -123,11 +114,11 @@ std::optional<std::int64_t> BinaryObjects::integer(const ObjectView& object) {
   if (object.type != ObjectType::integer) return std::nullopt;
   if (object.count <= 8) {
     return static_cast<std::int64_t>(
-        bigEndian(object.payload, static_cast<unsigned>(object.count)));
+        readBigEndian(object.payload, static_cast<unsigned>(object.count)));
   }
   // Sixteen bytes hold the numbers from 2^63 on, which no value of ours can be.
-  const std::uint64_t high = bigEndian(object.payload, 8);
-  const std::uint64_t low = bigEndian(object.payload + 8, 8);
+  const std::uint64_t high = readBigEndian(object.payload, 8);
+  const std::uint64_t low = readBigEndian(object.payload + 8, 8);
   constexpr auto kLargest = static_cast<std::uint64_t>(std::numeric_limits<std::int64_t>::max());
   const bool negative = high == std::numeric_limits<std::uint64_t>::max() && low > kLargest;
   if (!negative && (high != 0 || low > kLargest)) return std::nullopt;
@@ -136,14 +127,14 @@ std::optional<std::int64_t> BinaryObjects::integer(const ObjectView& object) {
 
 std::optional<double> BinaryObjects::real(const ObjectView& object) {
   if (object.type != ObjectType::real && object.type != ObjectType::date) return std::nullopt;
-  const std::uint64_t bits = bigEndian(object.payload, static_cast<unsigned>(object.count));
+  const std::uint64_t bits = readBigEndian(object.payload, static_cast<unsigned>(object.count));
   if (object.count == 8) return std::bit_cast<double>(bits);
   return static_cast<double>(std::bit_cast<float>(static_cast<std::uint32_t>(bits)));
 }
 
 std::optional<std::uint32_t> BinaryObjects::uid(const ObjectView& object) {
   if (object.type != ObjectType::uid || object.count > 8) return std::nullopt;
-  const std::uint64_t value = bigEndian(object.payload, static_cast<unsigned>(object.count));
+  const std::uint64_t value = readBigEndian(object.payload, static_cast<unsigned>(object.count));
   if (value > std::numeric_limits<std::uint32_t>::max()) return std::nullopt;
   return static_cast<std::uint32_t>(value);
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "platform/BigEndian.h"
 #include "platform/PropertyList.h"
 #include "shared/Result.h"
 
@@ -50,7 +51,9 @@ class BinaryObjects {
 
   /// The `i`-th reference of a container: an array's elements; a dictionary's keys, then its
   /// values. Not checked to be below `size()`: `at` does that.
-  [[nodiscard]] std::uint64_t ref(const ObjectView& container, std::uint64_t i) const;
+  [[nodiscard]] std::uint64_t ref(const ObjectView& container, std::uint64_t i) const {
+    return readBigEndian(container.payload + i * _refSize, _refSize);
+  }
 
   /// The value of an integer; nullopt for other objects and for what 64 bits with a sign don't
   /// hold.
