@@ -140,9 +140,10 @@ void Layer::addSublayer(std::shared_ptr<Layer> layer) {
   }
   layer->removeFromSuperlayer();
   layer->_state->superlayer = this;
-  _state->sublayers.push_back(layer);
+  Layer& added = *layer;
+  _state->sublayers.push_back(std::move(layer));
   changed();
-  if (LayerObserver* watching = observer()) layer->announceAnimations(*watching);
+  if (LayerObserver* watching = observer()) added.announceAnimations(*watching);
 }
 
 void Layer::removeFromSuperlayer() {

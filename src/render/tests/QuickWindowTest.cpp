@@ -10,7 +10,6 @@ namespace pelmora::render {
 namespace {
 
 struct QuickWindowTest : testing::Test {
-  static void SetUpTestSuite() { makeGuiApplication(); }
   QuickWindowTest() { stage.tree.setPresenter(&window); }
   ~QuickWindowTest() override { stage.tree.setPresenter(nullptr); }
 
@@ -106,7 +105,6 @@ TEST_F(QuickWindowTest, takesSnapshotsFromAnotherThread) {
 }
 
 TEST(QuickWindow, mayGoWhileItIsMoving) {
-  makeGuiApplication();
   Stage stage;
   {
     QuickWindow window(stage.clock);

@@ -12,7 +12,6 @@ namespace pelmora::render {
 namespace {
 
 struct RasterWindowTest : testing::Test {
-  static void SetUpTestSuite() { makeGuiApplication(); }
   RasterWindowTest() { stage.tree.setPresenter(&window); }
   ~RasterWindowTest() override { stage.tree.setPresenter(nullptr); }
 

@@ -11,7 +11,6 @@ namespace {
 
 /// Nodes as a window's scene graph would have them; textures need that graph to be there.
 struct SceneNodesTest : testing::Test {
-  static void SetUpTestSuite() { makeGuiApplication(); }
   SceneNodesTest() {
     window.setGeometry(0, 0, 200, 100);
     window.show();

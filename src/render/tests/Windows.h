@@ -2,6 +2,8 @@
 
 #include "render/tests/Stage.h"
 
+#include <gtest/gtest.h>
+
 #include <QCoreApplication>
 #include <QEventLoop>
 #include <QGuiApplication>
@@ -12,16 +14,24 @@
 namespace pelmora::render {
 
 /// The application that windows need: one for the whole program, without a display, and with the
-/// scene graph in software.
-inline void makeGuiApplication() {
-  if (QGuiApplication::instance() != nullptr) return;
-  qputenv("QSG_RENDER_LOOP", "basic");
-  QQuickWindow::setGraphicsApi(QSGRendererInterface::Software);
-  static int argc = 1;
-  static char name[] = "render_tests";
-  static char* argv[] = {name, nullptr};
-  static QGuiApplication application(argc, argv);
-}
+/// scene graph in software. It goes before the program exits, as the toolkit's own globals do.
+class GuiEnvironment : public testing::Environment {
+ public:
+  void SetUp() override {
+    qputenv("QSG_RENDER_LOOP", "basic");
+    QQuickWindow::setGraphicsApi(QSGRendererInterface::Software);
+    _application = std::make_unique<QGuiApplication>(_argc, _argv);
+  }
+  void TearDown() override { _application.reset(); }
+
+ private:
+  int _argc = 1;
+  char _name[13] = "render_tests";
+  char* _argv[2] = {_name, nullptr};
+  std::unique_ptr<QGuiApplication> _application;
+};
+
+inline testing::Environment* const kGui = testing::AddGlobalTestEnvironment(new GuiEnvironment);
 
 inline void waitUntil(const std::function<bool()>& done) {
   while (!done()) QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
