@@ -20,6 +20,13 @@ namespace {
 class PMFileTest : public testing::Test {
  protected:
   PMFileTest() { srandom(42); }
+  ~PMFileTest() override {
+    const auto layers = _view.backing->sublayers();
+    for (const auto& layer : layers) endTurn(*layer);
+  }
+
+  /// A card and its turn hold each other until a tree of layers ends the turn.
+  static void endTurn(render::Layer& layer) { layer.removeAnimation("TheRotation"); }
 
   std::shared_ptr<PMFile> make(const platform::Image& image) {
     return PMFile::make(_url, image, &_view);
@@ -215,14 +222,14 @@ TEST_F(PMFileTest, takesItsLayerAwayWhenItIsReleased) {
   const auto layer = card->layer();
   card.reset();
   EXPECT_EQ(backing.sublayers().size(), 1U);
-  layer->removeAnimation("TheRotation");
+  endTurn(*layer);
   EXPECT_EQ(backing.sublayers().size(), 0U);
 }
 
 TEST_F(PMFileTest, doesNothingWhenItsEntranceEnds) {
   const auto card = make(_image);
   const auto before = card->layer()->position();
-  card->layer()->removeAnimation("TheRotation");
+  endTurn(*card->layer());
   EXPECT_EQ(_view.backing->sublayers().size(), 1U);
   EXPECT_EQ(card->layer()->position(), before);
   EXPECT_EQ(card->layer()->animationKeys().size(), 3U);
@@ -294,7 +301,7 @@ TEST_F(EntranceTest, mayCrossTheScreenOrHardlyMove) {
     const double way = std::hypot(to.x - from.x, to.y - from.y);
     shortest = std::min(shortest, way);
     longest = std::max(longest, way);
-    card->layer()->removeAnimation("TheRotation");  // which would hold the card
+    endTurn(*card->layer());
   }
   EXPECT_LT(shortest, 10);
   EXPECT_GT(longest, 70);
@@ -344,12 +351,14 @@ TEST_F(PMFileTest, isBuiltWithoutAView) {
   EXPECT_EQ(card->layer()->superlayer(), nullptr);
   EXPECT_EQ(card->layer()->bounds(), (Rect{{0, 0}, {750, 500}}));
   EXPECT_DOUBLE_EQ(card->layer()->shadowRadius(), 0);
+  endTurn(*card->layer());
 }
 
 TEST_F(PMFileTest, isBuiltFromNothing) {
   const auto card = PMFile::make(FilePath(), {}, nullptr);
   EXPECT_TRUE(card->url().empty());
   ASSERT_NE(card->layer(), nullptr);
+  endTurn(*card->layer());
 }
 
 }  // namespace pelmora::cards
