@@ -64,8 +64,8 @@ install_packages() {
 }
 
 # Configures build/PRESET unless it stands, and builds it; more arguments go to the build.
-build_preset() {
-  local preset=$1 folder=$root/build/$1
+build_preset() (
+  preset=$1 folder=$root/build/$1
   shift
   cd "$root" || fail "there is no folder $root"
   if [ ! -e "$folder/build.ninja" ] || [ CMakePresets.json -nt "$folder/.configured" ]; then
@@ -79,4 +79,4 @@ build_preset() {
   fi
   say "Building $folder"
   cmake --build --preset "$preset" "$@" || fail "building the preset $preset failed, see above"
-}
+)
