@@ -82,7 +82,7 @@ Result<SourcePointer> openSource(const FilePath& file) {
 int heldBytesPerPixel(std::string_view loader, VipsImage* image) {
   const auto is = [loader](std::string_view format) { return loader.find(format) != loader.npos; };
   const int bytes = static_cast<int>(VIPS_IMAGE_SIZEOF_PEL(image));
-  if (is("Heif")) return 3 * bytes;
+  if (is("Heif")) return 3 + 2 * bytes;
   if (is("Jxl")) return 12 + bytes;
   if (is("Webp") || is("Nsgif")) return 8;
   if (vips_image_get_typeof(image, "jpeg-multiscan") != 0) return 2 * bytes;
