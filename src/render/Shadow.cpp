@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 #include <cstddef>
+#include <cstring>
 #include <numbers>
 #include <vector>
 
@@ -63,8 +64,21 @@ struct Plane {
   std::vector<float> values;
 };
 
+/// Four at a time: not every build lets the compiler find that by itself, and this is nearly all of
+/// the time that such a shadow takes.
 void addWeighted(float* to, const float* from, float weight, int count) {
-  for (int x = 0; x < count; ++x) to[x] += weight * from[x];
+  typedef float Floats __attribute__((vector_size(16)));
+  constexpr int kLanes = 4;
+  int x = 0;
+  for (; x + kLanes <= count; x += kLanes) {
+    Floats sum;
+    Floats values;
+    std::memcpy(&sum, to + x, sizeof sum);
+    std::memcpy(&values, from + x, sizeof values);
+    sum += values * weight;
+    std::memcpy(to + x, &sum, sizeof sum);
+  }
+  for (; x < count; ++x) to[x] += weight * from[x];
 }
 
 Plane alphaOf(const QImage& art, const QPoint& place, const QSize& size) {
@@ -77,17 +91,19 @@ Plane alphaOf(const QImage& art, const QPoint& place, const QSize& size) {
   return plane;
 }
 
+/// Row by row, with all the weights on one, so that the sums stay in the processor's cache.
 Plane blurredAlong(Qt::Orientation axis, Plane& from, const Kernel& kernel) {
   Plane to(from.width, from.height);
   const bool isHorizontal = axis == Qt::Horizontal;
-  for (std::size_t i = 0; i < kernel.weights.size(); ++i) {
-    const int offset = kernel.first + static_cast<int>(i);
-    const int dx = isHorizontal ? offset : 0;
-    const int dy = isHorizontal ? 0 : offset;
-    const int left = std::max(0, dx);
-    const int count = std::min(from.width, from.width + dx) - left;
-    for (int y = std::max(0, dy); count > 0 && y < std::min(from.height, from.height + dy); ++y) {
-      addWeighted(to.row(y) + left, from.row(y - dy) + left - dx, kernel.weights[i], count);
+  for (int y = 0; y < from.height; ++y) {
+    for (std::size_t i = 0; i < kernel.weights.size(); ++i) {
+      const int offset = kernel.first + static_cast<int>(i);
+      const int dx = isHorizontal ? offset : 0;
+      const int source = isHorizontal ? y : y - offset;
+      const int left = std::max(0, dx);
+      const int count = std::min(from.width, from.width + dx) - left;
+      if (count <= 0 || source < 0 || source >= from.height) continue;
+      addWeighted(to.row(y) + left, from.row(source) + left - dx, kernel.weights[i], count);
     }
   }
   return to;
