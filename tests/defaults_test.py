@@ -115,8 +115,10 @@ class Defaults(PreferencesCase):
             self.home.write_preferences({})
             with open(self.home.preferences_path, "wb") as file:
                 file.write(rubbish)
-            finished = self.run_well("defaults", "write", "NumImages", "4")
-            self.assertIn(b"Preferences.plist", finished.stderr)
+            status, said = self.home.run_at_terminal("defaults", "write", "NumImages", "4")
+            self.assertEqual(status, 0)
+            self.assertIn(b"damaged", said)
+            self.assertIn(os.fsencode(self.home.preferences_path), said)
             self.assertEqual(self.home.read_preferences(), {"NumImages": 4})
             self.assertIn(rubbish, self.contents_of_configuration())
 

@@ -110,12 +110,16 @@ def identity(path):
 
 
 def list_folder(path):
-    """The names that are not hidden, in the order in which the system lists them."""
+    """The names that are not hidden, in the order in which the system lists them.
+
+    Pipes, sockets and devices are left out; links to them are not.
+    """
     if os.path.islink(path):
         return []
     try:
         with os.scandir(path) as entries:
-            names = [entry.name for entry in entries]
+            names = [entry.name for entry in entries
+                     if entry.is_symlink() or entry.is_file() or entry.is_dir()]
     except OSError:
         return []
     hidden = set()

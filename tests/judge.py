@@ -40,13 +40,13 @@ class JudgedCase(unittest.TestCase):
         lines = finished.stderr.decode(errors="replace").split("\n")
         return [found.group() for found in map(LOGGED.search, lines) if found]
 
-    def judge(self, *, at=2.0, start=START, displays=(SIZE,), preview=None, cache=None,
-              arguments=()):
+    def judge(self, *, at=2.0, start=START, displays=(SIZE,), preview=None, geometry=None,
+              cache=None, arguments=()):
         """Renders what the home's preferences ask for and compares it with the prediction."""
         saver = Saver(Preferences.read(self.home.preferences_path), start, displays, preview, cache,
                       at)
         log = self.render("--start", start, "--at", repr(at),
-                          *self._geometry(displays, preview), *arguments)
+                          *(geometry or self._geometry(displays, preview)), *arguments)
         self.compare(saver.describe(), self.home.read_layers(), "listing")
         self.assertEqual(log, saver.source_list.log)
         return saver

@@ -76,12 +76,19 @@ class Picture:
     def _undo(self, filter_type, row, above):
         if filter_type == 0:
             return
+        if filter_type == 2:
+            row[:] = bytes((value + up) & 0xFF for value, up in zip(row, above))
+            return
         step = self._channels
         for i, value in enumerate(row):
-            left = row[i - step] if i >= step else 0
-            corner = above[i - step] if i >= step else 0
-            guess = (0, left, above[i], (left + above[i]) // 2, _paeth(left, above[i], corner))
-            row[i] = (value + guess[filter_type]) & 0xFF
+            left, up = row[i - step] if i >= step else 0, above[i]
+            if filter_type == 1:
+                guess = left
+            elif filter_type == 3:
+                guess = (left + up) // 2
+            else:
+                guess = _paeth(left, up, above[i - step] if i >= step else 0)
+            row[i] = (value + guess) & 0xFF
 
 
 def _paeth(left, above, corner):

@@ -81,14 +81,6 @@ class Cards(judge.JudgedCase):
             shown = {os.path.dirname(card.path) for card in saver.views[0].cards}
             self.assertEqual(shown, {day, weekend})
 
-    def test_a_new_day_dawns_ten_seconds_after_midnight(self):
-        saturday = self.home.add_pictures("saturday", ["a.png", "b.png"])
-        sunday = self.home.add_pictures("sunday", ["c.png", "d.png"])
-        self.show(source(saturday, days=64), source(sunday, days=1), NumImages=20)
-        saver = self.judge(at=32.1, start="2026-11-21T23:59:50")
-        folders = [os.path.dirname(card.path) for card in saver.views[0].cards]
-        self.assertEqual(folders, [saturday] * 5 + [sunday] * 3)
-
     def test_screens_choose_the_folders(self):
         names = ["a.png", "b.png", "c.png"]
         for screens in ("", "1", "2", "12", "3"):
@@ -149,6 +141,11 @@ class Cards(judge.JudgedCase):
                                                      screens="2"), Delay=1)
         saver = self.judge(at=4.1, preview=(400, 300))
         self.assertEqual(saver.views[0].screen, 0)
+
+    def test_a_preview_as_wide_as_a_display_is_none(self):
+        self.show(source(self.mixed_sizes(), screens="1"))
+        self.judge(at=1.3, displays=[(500, 300)], geometry=["--preview", "--size", "500x300"])
+        self.judge(at=1.3, preview=(499, 300))
 
     def test_the_pictures_folder_stands_in_for_sources(self):
         folder = self.home.add_pictures("Bilder", ["a.png", "b.png"])

@@ -120,6 +120,13 @@ class Command(judge.JudgedCase):
             picture = Picture(out)
             self.assertEqual((picture.width, picture.height), size)
 
+    def test_need_not_wait_for_the_walk(self):
+        self.show()
+        self.run_well("render", "--start", judge.START, "--no-settle", "--size", "640x360",
+                      "--layers", self.home.path("out", "layers.json"))
+        view, = self.home.read_layers()["views"]
+        self.assertEqual(view["frame"], [0, 0, 640, 360])
+
     def test_the_preview_is_small(self):
         self.show()
         out = self.home.path("out", "a.png")

@@ -3,6 +3,7 @@
 import json
 import os
 import plistlib
+import pty
 import shutil
 import subprocess
 import tempfile
@@ -17,6 +18,7 @@ LONG_AGO = 1_500_000_000  # Unix seconds
 _KEPT = ("PATH", "LD_LIBRARY_PATH", "ASAN_OPTIONS", "UBSAN_OPTIONS", "LSAN_OPTIONS", "TMPDIR")
 
 _RUN_LIMIT = 50  # seconds
+_LONGEST_MESSAGE = 4096  # bytes
 
 
 def use_time_zone():
@@ -66,6 +68,21 @@ class SaverHome:
 
     def run(self, *arguments, environment=None):
         """The finished process; its output is bytes."""
+        return subprocess.run([self._program, *arguments], env=self._variables(environment),
+                              cwd=self.root, capture_output=True, timeout=_RUN_LIMIT, check=False)
+
+    def run_at_terminal(self, *arguments):
+        """Runs the program with a terminal for its standard error; its status, and what it said."""
+        terminal, line = pty.openpty()
+        with open(terminal, "rb", buffering=0) as reader:
+            with open(line, "wb", buffering=0) as errors:
+                finished = subprocess.run([self._program, *arguments], env=self._variables(None),
+                                          cwd=self.root, stdout=subprocess.DEVNULL, stderr=errors,
+                                          timeout=_RUN_LIMIT, check=False)
+                errors.write(b"\n")  # so that there is something to read
+            return finished.returncode, reader.read(_LONGEST_MESSAGE)
+
+    def _variables(self, environment):
         variables = {key: os.environ[key] for key in _KEPT if key in os.environ}
         variables |= {
             "HOME": self.path("home"), "XDG_CONFIG_HOME": self.path("config"),
@@ -73,9 +90,7 @@ class SaverHome:
             "XDG_RUNTIME_DIR": self.path("runtime"), "TZ": TIME_ZONE, "LC_ALL": "C.UTF-8",
             "QT_QPA_PLATFORM": "offscreen",
         }
-        variables |= environment or {}
-        return subprocess.run([self._program, *arguments], env=variables, cwd=self.root,
-                              capture_output=True, timeout=_RUN_LIMIT, check=False)
+        return variables | (environment or {})
 
     def write_preferences(self, values, fmt=plistlib.FMT_BINARY):
         os.makedirs(os.path.dirname(self.preferences_path), exist_ok=True)
