@@ -66,29 +66,26 @@ BaseFolderContents ContentsReader::readBaseFolder(const FilePath& folder,
   return {splitBaseFolder(**listing, operation), (*listing)->folder, false};
 }
 
-std::optional<FoundFolder> ContentsReader::find(const FilePath& subfolder) const {
+std::optional<FoundFolder> ContentsReader::find(FilePath subfolder) const {
   if (_files.hasPackageSuffix(subfolder.lastComponent()) &&
       _files.isPackage(subfolder).value_or(true)) {
     return std::nullopt;
   }
   const bool isKnown = _cache.fileNamesOfFolder(subfolder) != nullptr;
-  if (isKnown) return findUnlisted(subfolder);
+  if (isKnown) return findUnlisted(std::move(subfolder));
   // Its names are needed, so opening it is the cheapest look at it.
   auto listing = _files.list(subfolder, FinalLink::refuse);
-  if (!listing) return findUnlisted(subfolder);
-  if (isPackage(subfolder, *(*listing)->names)) return std::nullopt;
+  if (!listing) return findUnlisted(std::move(subfolder));
   const FileFacts facts = (*listing)->folder;
-  return FoundFolder{subfolder, facts, false, *std::move(listing)};
+  return FoundFolder{std::move(subfolder), facts, false, *std::move(listing)};
 }
 
-std::optional<FoundFolder> ContentsReader::findUnlisted(const FilePath& subfolder) const {
+std::optional<FoundFolder> ContentsReader::findUnlisted(FilePath subfolder) const {
   const auto facts = _files.facts(subfolder, FinalLink::refuse);
   if (!facts) return std::nullopt;
   if (facts->kind == EntryKind::alias) return findTarget(subfolder);
   if (facts->kind != EntryKind::folder) return std::nullopt;
-  const SharedNames folders = _cache.folderNamesOfFolder(subfolder);
-  if (folders && isPackage(subfolder, *folders)) return std::nullopt;
-  return FoundFolder{subfolder, *facts, false, nullptr};
+  return FoundFolder{std::move(subfolder), *facts, false, nullptr};
 }
 
 std::optional<FoundFolder> ContentsReader::findTarget(const FilePath& alias) const {
@@ -99,17 +96,25 @@ std::optional<FoundFolder> ContentsReader::findTarget(const FilePath& alias) con
   return FoundFolder{*std::move(target), *facts, true, nullptr};
 }
 
-bool ContentsReader::isPackage(const FilePath& folder, const NameList& names) const {
-  return names.contains("Contents") && _files.isPackage(folder).value_or(true);
+std::optional<FolderContents> ContentsReader::readFolder(const FoundFolder& folder) const {
+  std::shared_ptr<const Listing> listing = folder.listing;
+  if (!listing) {
+    if (auto cached = cachedContents(folder)) {
+      if (isPackage(folder, cached->folders.get())) return std::nullopt;
+      return cached;
+    }
+    auto listed = _files.list(folder.url, FinalLink::refuse);
+    if (!listed) return enter(folder.url, nullptr);
+    listing = *std::move(listed);
+  }
+  if (isPackage(folder, listing->names.get())) return std::nullopt;
+  return enter(folder.url, listing.get());
 }
 
-std::optional<FolderContents> ContentsReader::readFolder(const FoundFolder& folder) const {
-  if (folder.listing) return enter(folder.url, folder.listing.get());
-  if (auto cached = cachedContents(folder)) return cached;
-  const auto listing = _files.list(folder.url, FinalLink::refuse);
-  if (!listing) return enter(folder.url, nullptr);
-  if (!folder.isAliasTarget && isPackage(folder.url, *(*listing)->names)) return std::nullopt;
-  return enter(folder.url, listing->get());
+bool ContentsReader::isPackage(const FoundFolder& folder, const NameList* names) const {
+  if (folder.isAliasTarget) return false;
+  if (names && !names->contains("Contents")) return false;
+  return _files.isPackage(folder.url).value_or(true);
 }
 
 std::optional<FolderContents> ContentsReader::cachedContents(const FoundFolder& folder) const {

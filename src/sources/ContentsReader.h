@@ -46,12 +46,12 @@ class ContentsReader {
   [[nodiscard]] BaseFolderContents readBaseFolder(const FilePath& folder,
                                                   const platform::Operation& operation) const;
 
-  /// The folder that `subfolder` is or leads to; nullopt for a package, for what is not there, and
-  /// for an alias that does not lead to a folder. The cache does not count it as used.
-  [[nodiscard]] std::optional<FoundFolder> find(const FilePath& subfolder) const;
+  /// The folder that `subfolder` is or leads to; nullopt for a package by its name, for what is not
+  /// there, and for an alias that does not lead to a folder. The cache does not count it as used.
+  [[nodiscard]] std::optional<FoundFolder> find(FilePath subfolder) const;
 
   /// The names in a found folder, where an alias to a folder counts as a folder. A folder that had
-  /// to be listed is entered into the cache. nullopt when it turned out to be a package.
+  /// to be listed is entered into the cache. nullopt for a package by what is in it.
   [[nodiscard]] std::optional<FolderContents> readFolder(const FoundFolder& folder) const;
 
   /// The names of the files in a folder of any kind, read and entered in the same way.
@@ -62,9 +62,9 @@ class ContentsReader {
   [[nodiscard]] SharedNames subfolderNamesOf(const FilePath& folder) const;
 
  private:
-  [[nodiscard]] std::optional<FoundFolder> findUnlisted(const FilePath& subfolder) const;
+  [[nodiscard]] std::optional<FoundFolder> findUnlisted(FilePath subfolder) const;
   [[nodiscard]] std::optional<FoundFolder> findTarget(const FilePath& alias) const;
-  [[nodiscard]] bool isPackage(const FilePath& folder, const NameList& names) const;
+  [[nodiscard]] bool isPackage(const FoundFolder& folder, const NameList* names) const;
   [[nodiscard]] std::optional<FolderContents> cachedContents(const FoundFolder& folder) const;
   [[nodiscard]] FolderContents enter(const FilePath& folder,
                                      const platform::Listing* listing) const;

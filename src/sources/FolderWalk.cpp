@@ -49,13 +49,13 @@ void FolderWalk::walkSubfolder(const FilePath& folder, const SharedNames& names)
 
 void FolderWalk::visitAll(const FilePath& folder, const NameList& names) const {
   for (const std::string_view name : names) {
-    visit(folder / name);
+    visit(folder, name);
     if (_operation.isCancelled()) return;
   }
 }
 
-void FolderWalk::visit(const FilePath& subfolder) const {
-  const std::optional<FoundFolder> found = _reader.find(subfolder);
+void FolderWalk::visit(const FilePath& folder, std::string_view name) const {
+  std::optional<FoundFolder> found = _reader.find(folder / name);
   if (!found) return;
   const platform::FileIdentity& identity = found->facts.identity;
   if (_list.indexOfEnumeratedFolder(identity) != kNotFound) return;
@@ -75,7 +75,9 @@ void FolderWalk::visit(const FilePath& subfolder) const {
       makeRecord(found->url, false, identity, contents, _list.valuesForFolder(found->url.bytes()));
   if (_operation.isCancelled() || !_list.addWalkedFolder(record, _screen, _operation)) return;
   // An alias is queued as itself: it is no folder, so its target's subfolders are not walked.
-  _list.addEnumOpToQueue(_queue, subfolder, _screen, false, &_operation, std::move(subfolders));
+  FilePath toWalk = found->isAliasTarget ? folder / name : std::move(found->url);
+  _list.addEnumOpToQueue(_queue, std::move(toWalk), _screen, false, &_operation,
+                         std::move(subfolders));
 }
 
 }  // namespace pelmora::sources

@@ -4,6 +4,7 @@
 #include "sources/PMSourceList.h"
 
 #include <cstdint>
+#include <string_view>
 
 namespace pelmora::sources {
 
@@ -28,7 +29,7 @@ class FolderWalk {
  private:
   void addBaseFolder(const FilePath& folder, const BaseFolderContents& contents) const;
   void visitAll(const FilePath& folder, const NameList& names) const;
-  void visit(const FilePath& subfolder) const;
+  void visit(const FilePath& folder, std::string_view name) const;
 
   PMSourceList& _list;
   cache::FolderCache& _cache;

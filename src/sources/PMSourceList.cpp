@@ -222,11 +222,11 @@ void PMSourceList::addSpotlightFilename(std::uint64_t toFolderAtIndex, std::stri
   _dirItems.addSpotlightFilename(toFolderAtIndex, std::move(name));
 }
 
-void PMSourceList::addEnumOpToQueue(platform::OperationQueue& queue, const FilePath& forFolder,
+void PMSourceList::addEnumOpToQueue(platform::OperationQueue& queue, FilePath forFolder,
                                     std::uint64_t forScreen, bool isBaseFolder,
                                     const platform::Operation* ofWalk, SharedNames withSubfolders) {
-  const auto operation = std::make_shared<AddFolderOp>(forFolder, forScreen, isBaseFolder, queue,
-                                                       *this, std::move(withSubfolders));
+  const auto operation = std::make_shared<AddFolderOp>(
+      std::move(forFolder), forScreen, isBaseFolder, queue, *this, std::move(withSubfolders));
   queue.addOperation(operation);
   // Asked last: a cancellation of the queue finds either the new operation there or this one.
   if (ofWalk && ofWalk->isCancelled()) operation->cancel();

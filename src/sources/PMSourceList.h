@@ -94,7 +94,7 @@ class PMSourceList {
 
   /// Queues the enumeration of a folder. An operation that queues another as part of its walk names
   /// itself, so that its cancellation holds for both, and what it knows of the folder.
-  void addEnumOpToQueue(platform::OperationQueue& queue, const FilePath& forFolder,
+  void addEnumOpToQueue(platform::OperationQueue& queue, FilePath forFolder,
                         std::uint64_t forScreen, bool isBaseFolder,
                         const platform::Operation* ofWalk = nullptr,
                         SharedNames withSubfolders = nullptr);

@@ -108,28 +108,29 @@ TEST_F(ContentsReaderTest, doesNotCountAFoundFolderAsUsed) {
   EXPECT_EQ(fakes.files.count(Call::list), 0U);
 }
 
-TEST_F(ContentsReaderTest, findsNoPackage) {
+TEST_F(ContentsReaderTest, findsNoPackageByItsName) {
   EXPECT_FALSE(reader.find(temporary.mkdir("x.app")));
+}
+
+TEST_F(ContentsReaderTest, readsNoPackageByItsContents) {
   (void)temporary.write("bundle/Contents/Info.plist");
   const FilePath bundle = temporary.path() / "bundle";
-  EXPECT_FALSE(reader.find(bundle));
+  EXPECT_FALSE(reader.readFolder(*reader.find(bundle)));
   EXPECT_EQ(cache().fileNamesOfFolder(bundle), nullptr);
   cache().addFolder(bundle, makeNameList({"a.jpg"}), makeNameList({"Contents"}));
-  EXPECT_FALSE(reader.find(bundle));
+  EXPECT_FALSE(reader.readFolder(*reader.find(bundle)));
 }
 
 TEST_F(ContentsReaderTest, seesThatACachedFolderBecameAPackage) {
   (void)temporary.write("bundle/Contents/Info.plist");
   const FilePath bundle = temporary.path() / "bundle";
   cache().addFolder(bundle, makeNameList({"a.jpg"}), nullptr, ReferenceTime{1});
-  const auto found = reader.find(bundle);
-  ASSERT_TRUE(found);
-  EXPECT_FALSE(reader.readFolder(*found));
+  EXPECT_FALSE(reader.readFolder(*reader.find(bundle)));
 }
 
-TEST_F(ContentsReaderTest, findsAFolderWithContentsThatAreNoPackages) {
+TEST_F(ContentsReaderTest, readsAFolderWithContentsThatAreNoPackages) {
   (void)temporary.write("album/Contents/a.jpg");
-  EXPECT_TRUE(reader.find(temporary.path() / "album"));
+  EXPECT_EQ(names(read(temporary.path() / "album").folders), Names{"Contents"});
 }
 
 TEST_F(ContentsReaderTest, skipsAPackageThatCannotBeLookedAt) {
