@@ -54,9 +54,11 @@ class FilePath {
 
 }  // namespace pelmora
 
+// Not noexcept: containers then keep each hash beside its path, and don't hash long paths again to
+// pass them over.
 template <>
 struct std::hash<pelmora::FilePath> {
-  std::size_t operator()(const pelmora::FilePath& path) const noexcept {
+  std::size_t operator()(const pelmora::FilePath& path) const {
     return std::hash<std::string>{}(path.bytes());
   }
 };
