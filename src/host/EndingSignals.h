@@ -1,0 +1,28 @@
+#pragma once
+
+#include <QSocketNotifier>
+
+#include <functional>
+#include <memory>
+
+namespace pelmora::host {
+
+/// Turns SIGINT, SIGTERM and SIGHUP into a call on the GUI thread, so that a run ends with its stop
+/// work done. The signals must be blocked before any thread starts (`blockEndingSignals`).
+/// Thread: GUI.
+class EndingSignals {
+ public:
+  explicit EndingSignals(std::function<void()> ended);
+  ~EndingSignals();
+  EndingSignals(const EndingSignals&) = delete;
+  EndingSignals& operator=(const EndingSignals&) = delete;
+
+ private:
+  int _descriptor;
+  std::unique_ptr<QSocketNotifier> _notifier;
+};
+
+/// For main, before it starts anything.
+void blockEndingSignals();
+
+}  // namespace pelmora::host

@@ -1,0 +1,78 @@
+#include "host/LinuxServices.h"
+
+#include "host/SampleFolders.h"
+#include "host/UserPaths.h"
+#include "platform/linux/FilePreferencesStore.h"
+#include "platform/linux/LinuxBookmarks.h"
+#include "platform/linux/LinuxWorkspace.h"
+#include "platform/linux/LogSound.h"
+#include "platform/linux/PosixFiles.h"
+#include "platform/linux/SystemClock.h"
+#include "platform/linux/SystemLog.h"
+#include "platform/linux/VipsImageLoader.h"
+#include "platform/linux/XdgUserFolders.h"
+#include "platform/NotificationCenter.h"
+
+#include <algorithm>
+#include <cassert>
+#include <optional>
+#include <thread>
+
+namespace pelmora::host {
+
+struct LinuxServices::Parts {
+  explicit Parts(const ServiceChoices& choices)
+      : log(choices.verbose ? platform::SystemLog::StandardError::always
+                            : platform::SystemLog::StandardError::whenTerminal),
+        userFolders(platform::processEnvironment()),
+        bookmarks(clock),
+        preferences(preferencesPath(), log),
+        workspace(labelsPath(), log),
+        sound(log),
+        samples(userFolders, samplesPath(), log),
+        services{
+            .clock = choices.clock ? *choices.clock : clock,
+            .scheduler = *choices.scheduler,
+            .log = log,
+            .files = files,
+            .userFolders = choices.samplesWhenNoPictures
+                               ? static_cast<platform::UserFolders&>(samples)
+                               : userFolders,
+            .bookmarks = bookmarks,
+            .preferences = preferences,
+            .displays = *choices.displays,
+            .workspace = workspace,
+            .images = images,
+            .sound = sound,
+            .notifications = notifications,
+            .distributedNotifications = distributedNotifications,
+            .enumerationConcurrency = choices.enumerationConcurrency > 0
+                                          ? choices.enumerationConcurrency
+                                          : std::max(1U, std::thread::hardware_concurrency()),
+        } {}
+
+  platform::SystemClock clock;
+  platform::SystemLog log;
+  platform::PosixFiles files;
+  platform::XdgUserFolders userFolders;
+  platform::LinuxBookmarks bookmarks;
+  platform::FilePreferencesStore preferences;
+  platform::LinuxWorkspace workspace;
+  platform::VipsImageLoader images;
+  platform::LogSound sound;
+  SampleFolders samples;
+  platform::NotificationCenter notifications;
+  platform::NotificationCenter distributedNotifications;
+  const platform::Services services;
+};
+
+LinuxServices::LinuxServices(const ServiceChoices& choices) {
+  assert(choices.scheduler && choices.displays);
+  _parts = std::make_unique<Parts>(choices);
+}
+
+LinuxServices::~LinuxServices() = default;
+
+const platform::Services& LinuxServices::services() const { return _parts->services; }
+
+}  // namespace pelmora::host

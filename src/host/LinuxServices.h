@@ -1,0 +1,32 @@
+#pragma once
+
+#include "platform/Services.h"
+
+#include <memory>
+
+namespace pelmora::host {
+
+/// Which of the services a command chooses itself; what is null is the real one.
+struct ServiceChoices {
+  platform::Clock* clock = nullptr;
+  platform::Scheduler* scheduler = nullptr;  // required by everything that runs views
+  platform::Displays* displays = nullptr;    // required by everything that runs views
+  bool verbose = false;
+  bool samplesWhenNoPictures = false;      // show painted samples to a user who has no pictures
+  std::size_t enumerationConcurrency = 0;  // 0: the number of processors
+};
+
+/// Owns the desktop's services, and hands them out. Thread: made on any, then as each service says.
+class LinuxServices {
+ public:
+  explicit LinuxServices(const ServiceChoices& choices);
+  ~LinuxServices();
+
+  [[nodiscard]] const platform::Services& services() const;
+
+ private:
+  struct Parts;
+  std::unique_ptr<Parts> _parts;
+};
+
+}  // namespace pelmora::host

@@ -1,0 +1,43 @@
+#include "host/ModuleThread.h"
+
+#include "platform/Clock.h"
+
+#include <utility>
+
+namespace pelmora::host {
+
+ModuleThread::ModuleThread(platform::Clock& clock, platform::Displays& displays,
+                           ServiceChoices choices, std::vector<ViewPlace> places)
+    : _choices(choices), _places(std::move(places)), _scheduler(clock) {
+  _choices.clock = &clock;
+  _choices.displays = &displays;
+  _choices.scheduler = &_scheduler;
+  _thread = std::thread([this] { run(); });
+}
+
+ModuleThread::~ModuleThread() {
+  _scheduler.stop();
+  _thread.join();
+}
+
+void ModuleThread::run() {
+  const LinuxServices linuxServices(_choices);
+  SaverSession session(linuxServices.services());
+  _scheduler.setEndOfTurn([&session] { session.commit(); });
+  _session = &session;
+  _scheduler.post([this, &session] {
+    session.start(_places);
+    session.startFrames();
+  });
+  _scheduler.run();
+  _session = nullptr;
+  session.stop();
+}
+
+void ModuleThread::resize(std::size_t view, const Size& size, double scale) {
+  _scheduler.post([this, view, size, scale] {
+    if (_session && view < _session->viewCount()) _session->resize(view, size, scale);
+  });
+}
+
+}  // namespace pelmora::host

@@ -1,0 +1,212 @@
+#include "host/RenderRun.h"
+
+#include "host/LayerListing.h"
+#include "host/LinuxServices.h"
+#include "host/OffscreenPresenter.h"
+#include "host/RenderCommand.h"
+#include "host/SaverSession.h"
+#include "platform/AtomicFile.h"
+#include "platform/linux/SystemClock.h"
+#include "platform/OperationQueue.h"
+#include "platform/SteppedTime.h"
+#include "render/Snapshot.h"
+#include "sources/PMSourceList.h"
+#include "view/PelmoraView.h"
+
+#include <QBuffer>
+#include <QGuiApplication>
+#include <QJsonArray>
+#include <QJsonDocument>
+
+#include <cmath>
+#include <cstdio>
+#include <cstdlib>
+#include <filesystem>
+#include <thread>
+
+namespace pelmora::host {
+
+namespace {
+
+/// The displays that the request names.
+class RequestedDisplays : public platform::Displays {
+ public:
+  explicit RequestedDisplays(const std::vector<platform::Display>& screens) : _screens(screens) {}
+  [[nodiscard]] std::vector<platform::Display> screens() const override { return _screens; }
+
+ private:
+  const std::vector<platform::Display>& _screens;
+};
+
+Status writeFile(const std::string& path, const QByteArray& bytes) {
+  std::error_code problem;
+  const auto absolute = std::filesystem::absolute(path, problem);
+  if (problem) return Error{path + ": " + problem.message()};
+  const auto* data = reinterpret_cast<const std::uint8_t*>(bytes.constData());
+  const Status written = platform::writeAtomically(FilePath(absolute.string()),
+                                                   {data, static_cast<std::size_t>(bytes.size())});
+  if (!written) return Error{path + ": " + written.error().message};
+  return Done{};
+}
+
+Status writePicture(const std::string& path, const QImage& picture) {
+  QByteArray bytes;
+  QBuffer buffer(&bytes);
+  buffer.open(QIODevice::WriteOnly);
+  if (!picture.save(&buffer, "PNG")) return Error{path + ": the picture could not be encoded"};
+  return writeFile(path, bytes);
+}
+
+/// One run. Members are in the order in which they need each other.
+class Run {
+ public:
+  explicit Run(const RenderRequest& request);
+
+  Status start();
+  Status writeMoments();
+  void stop() { _session.stop(); }
+
+ private:
+  void settle();
+  void advanceTo(double seconds);
+  [[nodiscard]] std::vector<ViewPlace> places();
+  [[nodiscard]] OffscreenPresenter& written();
+  Status writeFilm();
+  Status writeMoment();
+  Status writeListing();
+
+  const RenderRequest& _request;
+  platform::SteppedClock _clock;
+  platform::SteppedScheduler _scheduler;
+  RequestedDisplays _displays;
+  LinuxServices _linux;
+  std::vector<std::unique_ptr<OffscreenPresenter>> _presenters;
+  SaverSession _session;
+};
+
+Run::Run(const RenderRequest& request)
+    : _request(request),
+      _clock(request.start.value_or(platform::SystemClock().now())),
+      _scheduler(_clock),
+      _displays(request.displays),
+      _linux({.clock = &_clock,
+              .scheduler = &_scheduler,
+              .displays = &_displays,
+              .verbose = request.verbose,
+              .samplesWhenNoPictures = request.samples,
+              .enumerationConcurrency = 1}),
+      _session(_linux.services()) {
+  _scheduler.setEndOfTurn([this] { _session.commit(); });
+}
+
+std::vector<ViewPlace> Run::places() {
+  std::vector<ViewPlace> places;
+  if (_request.screen == 0) {
+    places.push_back({.frame = {{0, 0}, _request.previewSize},
+                      .scale = _request.scale,
+                      .display = _request.displays.front(),
+                      .isPreview = true});
+  } else {
+    for (const platform::Display& display : _request.displays) {
+      places.push_back({.frame = display.frame, .scale = display.scale, .display = display});
+    }
+  }
+  for (ViewPlace& place : places) {
+    _presenters.push_back(
+        std::make_unique<OffscreenPresenter>(_clock, place.frame.size, place.scale));
+    place.presenter = _presenters.back().get();
+  }
+  return places;
+}
+
+Status Run::start() {
+  _session.start(places());
+  if (_request.settle) settle();
+  _session.startFrames();
+  _session.commit();
+  return Done{};
+}
+
+void Run::settle() {
+  const auto list = _session.view(0).sourceList();
+  if (!list) return;
+  std::atomic<bool> walked{false};
+  std::jthread waiter([&] {
+    list->enumQueue().waitUntilAllOperationsAreFinished();
+    walked = true;
+    _scheduler.wake();
+  });
+  _scheduler.runPostedUntil([&walked] { return walked.load(); });
+}
+
+void Run::advanceTo(double seconds) {
+  if (seconds > _clock.mediaTime()) _scheduler.advanceTo(seconds);
+}
+
+OffscreenPresenter& Run::written() {
+  return *_presenters[_request.screen == 0 ? 0 : _request.screen - 1];
+}
+
+Status Run::writeMoments() {
+  const bool filmFirst = _request.from <= _request.at;
+  if (filmFirst) {
+    if (Status status = writeFilm(); !status) return status;
+  }
+  // A moment inside a film has gone by when the film ends; it is only shown if it is the end's.
+  advanceTo(_request.at);
+  if (Status status = writeMoment(); !status) return status;
+  return filmFirst ? Status(Done{}) : writeFilm();
+}
+
+Status Run::writeFilm() {
+  if (_request.frames.empty()) return Done{};
+  std::error_code problem;
+  std::filesystem::create_directories(_request.frames, problem);
+  if (problem) return Error{_request.frames + ": " + problem.message()};
+  const double count = std::floor((_request.to - _request.from) * _request.fps + 1e-6) + 1;
+  for (int i = 0; i < static_cast<int>(count); ++i) {
+    const double time = _request.from + i / _request.fps;
+    advanceTo(time);
+    char name[32];
+    std::snprintf(name, sizeof name, "/frame%06d.png", i);
+    const Status status = writePicture(_request.frames + name, written().paint(time));
+    if (!status) return status;
+  }
+  return Done{};
+}
+
+Status Run::writeMoment() {
+  if (!_request.out.empty()) {
+    const Status status = writePicture(_request.out, written().paint(_clock.mediaTime()));
+    if (!status) return status;
+  }
+  return _request.layers.empty() ? Status(Done{}) : writeListing();
+}
+
+Status Run::writeListing() {
+  const double now = _clock.mediaTime();
+  QJsonArray views;
+  for (std::size_t i = 0; i < _session.viewCount(); ++i) {
+    const auto snapshot = _presenters[i]->snapshot();
+    if (snapshot) views.append(layerListing(_session.view(i), *snapshot, 0, now));
+  }
+  const QJsonObject listing{{"time", now}, {"views", views}};
+  return writeFile(_request.layers, QJsonDocument(listing).toJson());
+}
+
+}  // namespace
+
+Status renderPictures(const RenderRequest& request) {
+  setenv("QT_QPA_PLATFORM", "offscreen", 1);
+  int count = 1;
+  char name[] = "pelmora";
+  char* words[] = {name, nullptr};
+  const QGuiApplication application(count, words);
+  Run run(request);
+  Status status = run.start();
+  if (status) status = run.writeMoments();
+  run.stop();
+  return status;
+}
+
+}  // namespace pelmora::host

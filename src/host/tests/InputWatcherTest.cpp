@@ -1,0 +1,67 @@
+#include "host/InputWatcher.h"
+
+#include <QKeyEvent>
+#include <QMouseEvent>
+
+#include <gtest/gtest.h>
+
+namespace pelmora::host {
+
+namespace {
+
+struct Watched {
+  explicit Watched(InputWatcher::Ends ends) : watcher(ends, [this] { ++ended; }) {}
+
+  void press(int key) {
+    QKeyEvent event(QEvent::KeyPress, key, Qt::NoModifier);
+    EXPECT_FALSE(watcher.eventFilter(nullptr, &event));
+  }
+  void click() {
+    QMouseEvent event(QEvent::MouseButtonPress, {1, 1}, {1, 1}, Qt::LeftButton, Qt::LeftButton,
+                      Qt::NoModifier);
+    EXPECT_FALSE(watcher.eventFilter(nullptr, &event));
+  }
+  void move(double x, double y) {
+    QMouseEvent event(QEvent::MouseMove, {x, y}, {x, y}, Qt::NoButton, Qt::NoButton,
+                      Qt::NoModifier);
+    EXPECT_FALSE(watcher.eventFilter(nullptr, &event));
+  }
+
+  int ended = 0;
+  InputWatcher watcher;
+};
+
+}  // namespace
+
+TEST(InputWatcher, endsAtAnyKeyAndClick) {
+  Watched saver(InputWatcher::Ends::any);
+  saver.press(Qt::Key_A);
+  EXPECT_EQ(saver.ended, 1);
+  saver.press(Qt::Key_Escape);
+  EXPECT_EQ(saver.ended, 2);
+  saver.click();
+  EXPECT_EQ(saver.ended, 3);
+}
+
+TEST(InputWatcher, ignoresAPointerThatOnlyTrembles) {
+  Watched saver(InputWatcher::Ends::any);
+  saver.move(500, 400);  // where the pointer happens to be when the window opens
+  saver.move(503, 402);
+  saver.move(497, 400);
+  EXPECT_EQ(saver.ended, 0);
+  saver.move(510, 400);
+  EXPECT_EQ(saver.ended, 1);
+}
+
+TEST(InputWatcher, endsAWindowAtEscapeAlone) {
+  Watched window(InputWatcher::Ends::escape);
+  window.press(Qt::Key_A);
+  window.click();
+  window.move(0, 0);
+  window.move(100, 100);
+  EXPECT_EQ(window.ended, 0);
+  window.press(Qt::Key_Escape);
+  EXPECT_EQ(window.ended, 1);
+}
+
+}  // namespace pelmora::host

@@ -1,0 +1,136 @@
+#include "host/SaverSession.h"
+
+#include "platform/fake/FakeServices.h"
+#include "platform/fake/TemporaryFolder.h"
+#include "platform/OperationQueue.h"
+#include "render/LayerTree.h"
+#include "render/Snapshot.h"
+#include "sources/PMSourceList.h"
+#include "view/PelmoraView.h"
+
+#include <gtest/gtest.h>
+
+namespace pelmora::host {
+
+namespace {
+
+/// Shows at once whatever is submitted.
+class CountingPresenter : public render::Presenter {
+ public:
+  explicit CountingPresenter(const platform::Clock& clock) : _clock(clock) {}
+  void submit(std::shared_ptr<const render::Snapshot> snapshot) override {
+    snapshot->beginAnimations(_clock.mediaTime());
+    last = std::move(snapshot);
+    ++submitted;
+  }
+
+  std::shared_ptr<const render::Snapshot> last;
+  int submitted = 0;
+
+ private:
+  const platform::Clock& _clock;
+};
+
+class SaverSessionTest : public testing::Test {
+ protected:
+  SaverSessionTest() {
+    fakes.userFolders.cachesFolders = {folder.mkdir("caches")};
+    fakes.userFolders.picturesFolders = {folder.mkdir("pictures")};
+    fakes.preferences.setObject("UsePolaroid", 0);
+    fakes.displays.displays.push_back(
+        platform::FakeDisplays::display(2, {{1920, 56}, {1280, 1024}}, 2));
+    fakes.scheduler.setEndOfTurn([this] { session.commit(); });
+    for (int i = 0; i < 5; ++i) folder.write("pictures/" + std::to_string(i) + ".jpg", "x");
+  }
+
+  void start() {
+    std::vector<ViewPlace> places;
+    for (const platform::Display& display : fakes.displays.displays) {
+      presenters.push_back(std::make_unique<CountingPresenter>(fakes.clock));
+      places.push_back({.frame = display.frame,
+                        .scale = display.scale,
+                        .display = display,
+                        .presenter = presenters.back().get()});
+    }
+    session.start(places);
+    session.view(0).sourceList()->enumQueue().waitUntilAllOperationsAreFinished();
+  }
+
+  platform::TemporaryFolder folder;
+  platform::FakeServices fakes;
+  const platform::Services services = fakes.services();
+  std::vector<std::unique_ptr<CountingPresenter>> presenters;
+  SaverSession session{services};
+};
+
+}  // namespace
+
+TEST_F(SaverSessionTest, givesEveryDisplayAViewOfItsOwn) {
+  start();
+  ASSERT_EQ(session.viewCount(), 2U);
+  EXPECT_EQ(session.view(0).screenIndex(), 1U);
+  EXPECT_EQ(session.view(1).screenIndex(), 2U);
+  EXPECT_EQ(session.view(1).frame(), (Rect{{0, 0}, {1280, 1024}}));
+  EXPECT_EQ(session.view(1).backingScaleFactor(), 2);
+}
+
+TEST_F(SaverSessionTest, drivesAllViewsEveryHalfSecond) {
+  start();
+  session.startFrames();
+  EXPECT_EQ(session.view(0).images().size(), 1U);
+  EXPECT_EQ(session.view(1).images().size(), 1U);
+  fakes.scheduler.advanceTo(4.0);
+  EXPECT_EQ(session.view(0).images().size(), 1U);
+  fakes.scheduler.advanceTo(4.5);
+  EXPECT_EQ(session.view(0).images().size(), 2U);
+  EXPECT_EQ(session.view(1).images().size(), 2U);
+}
+
+TEST_F(SaverSessionTest, commitsWhatATurnChangedOnce) {
+  start();
+  session.startFrames();
+  session.commit();
+  EXPECT_EQ(presenters[0]->submitted, 1);
+  ASSERT_EQ(presenters[0]->last->root.sublayers.size(), 1U);
+  fakes.scheduler.advanceTo(3.9);  // the entrance ends, and nothing else
+  const int submitted = presenters[0]->submitted;
+  fakes.scheduler.advanceTo(4.4);
+  EXPECT_EQ(presenters[0]->submitted, submitted);
+}
+
+TEST_F(SaverSessionTest, theFirstFolderFoundBringsAFrameForward) {
+  session.start(
+      {{.frame = fakes.displays.displays[0].frame, .display = fakes.displays.displays[0]}});
+  session.view(0).sourceList()->cancelOperations();
+  session.view(0).sourceList()->enumQueue().waitUntilAllOperationsAreFinished();
+  session.view(0).sourceList()->clearAll();
+  session.startFrames();
+  EXPECT_TRUE(session.view(0).images().empty());
+  session.view(0).sourceList()->unloadSources();
+  session.view(0).sourceList()->loadSourcesFromPrefs(fakes.preferences, true, false);
+  session.view(0).sourceList()->enumQueue().waitUntilAllOperationsAreFinished();
+  fakes.scheduler.runPosted();  // no time has gone by
+  EXPECT_EQ(session.view(0).images().size(), 1U);
+}
+
+TEST_F(SaverSessionTest, followsAWindowThatChangesItsSize) {
+  start();
+  session.resize(0, {800, 600}, 1.5);
+  EXPECT_EQ(session.view(0).frame(), (Rect{{0, 0}, {800, 600}}));
+  EXPECT_EQ(session.view(0).backingScaleFactor(), 1.5);
+}
+
+TEST_F(SaverSessionTest, endsWithTheStopSequenceOfEveryView) {
+  start();
+  session.startFrames();
+  session.stop();
+  EXPECT_EQ(fakes.log.countContaining("Pelmora: View was removed from window for screen "), 2U);
+  EXPECT_EQ(fakes.log.count("Pelmora: Saving folder cache."), 1U);
+  EXPECT_EQ(session.viewCount(), 0U);
+  const std::size_t lines = fakes.log.lines().size();
+  session.stop();
+  fakes.scheduler.advanceTo(10);
+  EXPECT_EQ(fakes.log.lines().size(), lines);
+}
+
+}  // namespace pelmora::host
