@@ -45,8 +45,8 @@ bool isPlainName(std::string_view text) {
 }
 
 /// How much text a file may unfold to. A name that many folders share is in the file once, so a
-/// small hostile file could fill the memory; the largest real one has a name's length for three
-/// bytes.
+/// small hostile file could fill the memory. A million names of 60 bytes, each in every folder,
+/// still fit.
 class TextBudget {
  public:
   explicit TextBudget(std::size_t fileSize) : _left(std::min(kFlat + kPerByte * fileSize, kMost)) {}
@@ -58,7 +58,7 @@ class TextBudget {
   }
 
  private:
-  static constexpr std::size_t kFlat = 16 << 20;
+  static constexpr std::size_t kFlat = 4 << 20;
   static constexpr std::size_t kPerByte = 32;
   static constexpr std::size_t kMost = 1 << 30;
 

@@ -1,8 +1,12 @@
 #include "platform/PropertyList.h"
 
+#include "platform/fake/TemporaryFolder.h"
+#include "platform/FileContents.h"
+
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <cstdlib>
 #include <limits>
 
 namespace pelmora::plist {
@@ -19,6 +23,21 @@ Value sample() {
                     {"name", "Bücher 📷"},
                     {"bookmark", Bytes{0, 1, 255}},
                     {"list", Array{1, "two", Array{}, Dictionary{}, false}}};
+}
+
+/// Gives the file to Python's own property list reader, which writes what it read to another file
+/// in the binary or the XML form; the bytes of that one.
+Bytes rewrittenByPython(const Bytes& file, const std::string& form) {
+  const platform::TemporaryFolder folder;
+  const FilePath from =
+      folder.write("from", {reinterpret_cast<const char*>(file.data()), file.size()});
+  const FilePath to = folder.path() / "to";
+  const std::string command = std::string(PELMORA_PYTHON) + " " + PELMORA_PLATFORM_TESTS +
+                              "/rewrite_property_list.py " + form + " " + from.bytes() + " " +
+                              to.bytes();
+  if (std::system(command.c_str()) != 0) return {};
+  const auto contents = platform::FileContents::read(to, 1 << 20);
+  return contents ? Bytes(contents->bytes().begin(), contents->bytes().end()) : Bytes();
 }
 
 }  // namespace
@@ -46,6 +65,16 @@ TEST(PropertyList, readsBackWhatItWrote) {
   const Result<Value> read = plist::read(writeBinary(sample()));
   ASSERT_TRUE(read) << read.error().message;
   EXPECT_EQ(*read, sample());
+}
+
+TEST(PropertyList, saysTheSameToPythonInBothForms) {
+  Value whole = sample();
+  whole.get<Dictionary>()->at("made") = ReferenceTime{718283};  // XML has no parts of a second
+  for (const char* const form : {"FMT_BINARY", "FMT_XML"}) {
+    const Result<Value> read = plist::read(rewrittenByPython(writeBinary(whole), form));
+    ASSERT_TRUE(read) << form << ": " << read.error().message;
+    EXPECT_EQ(*read, whole) << form;
+  }
 }
 
 TEST(PropertyList, tellsTheXmlFormFromTheBinaryOne) {
