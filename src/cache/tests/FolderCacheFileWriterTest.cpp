@@ -64,7 +64,8 @@ TEST(FolderCacheFileWriter, writesAnArchiveThatPythonUnderstands) {
   const platform::TemporaryFolder folder;
   const FilePath path =
       folder.write("cache", {reinterpret_cast<const char*>(file->data()), file->size()});
-  const std::string command = "'" PELMORA_PYTHON "' '" PELMORA_CACHE_TESTS "/read_folder_cache.py' '";
+  const std::string command =
+      "'" PELMORA_PYTHON "' '" PELMORA_CACHE_TESTS "/read_folder_cache.py' '";
   EXPECT_EQ(outputOf(command + path.bytes() + "'"),
             "'/p' 718283.1234567 ['a.jpg', 'b.jpg'] ['B\\xfccher', b'caf\\xe9']\n"
             "'/p/B\\xfccher' 0.0 [] []\n"
