@@ -9,9 +9,8 @@
 namespace pelmora::platform {
 
 /// The module's preference domain. What was never written reads as its registered default. A change
-/// is visible in the process at once and on disk after `synchronize`; changes made by another process
-/// are seen at the next read.
-/// Thread: main.
+/// is visible in the process at once and on disk after `synchronize`; changes made by another
+/// process are seen at the next read. Thread: main.
 class PreferencesStore {
  public:
   virtual ~PreferencesStore() = default;
