@@ -98,14 +98,15 @@ class Live(unittest.TestCase):
     def finish(self, saver):
         """The run's exit status; the rest of its log is kept."""
         os.set_blocking(saver.stderr.fileno(), True)
-        saver.log += saver.stderr.read()
-        return saver.wait(timeout=LIMIT)
+        _, rest = saver.communicate(timeout=LIMIT)
+        saver.log += rest
+        return saver.returncode
 
     def make_two_monitors(self):
         for name, place in (("left", "800/210x600/160+0+0"), ("right", "800/210x600/160+800+0")):
             subprocess.run(["xrandr", "--setmonitor", name, place,
                             "screen" if name == "left" else "none"],
-                           env=self.env, check=True, timeout=LIMIT)
+                           env=self.env, check=True, timeout=LIMIT, stdout=subprocess.DEVNULL)
 
     def test_covers_every_display_until_a_key_is_pressed(self):
         self.make_two_monitors()

@@ -9,6 +9,8 @@
 
 #include <sys/stat.h>
 
+#include <atomic>
+#include <mutex>
 #include <string>
 #include <utility>
 
@@ -65,23 +67,31 @@ void FolderCache::addFolder(const FilePath& folder, SharedNames fileNames,
 }
 
 std::optional<ReferenceTime> FolderCache::mdateOfFolder(const FilePath& folder) {
-  const std::lock_guard lock(_mutex);
+  const std::shared_lock lock(_mutex);
   const auto found = cache.find(folder);
   if (found == cache.end()) return std::nullopt;
-  found->second.accessed = true;
+  std::atomic_ref(found->second.accessed).store(true, std::memory_order_relaxed);
   return found->second.mdate;
 }
 
 SharedNames FolderCache::fileNamesOfFolder(const FilePath& folder) const {
-  const std::lock_guard lock(_mutex);
+  const std::shared_lock lock(_mutex);
   const auto found = cache.find(folder);
   return found == cache.end() ? nullptr : found->second.names;
 }
 
 SharedNames FolderCache::folderNamesOfFolder(const FilePath& folder) const {
-  const std::lock_guard lock(_mutex);
+  const std::shared_lock lock(_mutex);
   const auto found = cache.find(folder);
   return found == cache.end() ? nullptr : found->second.folderNames;
+}
+
+std::optional<FolderCache::CachedFolder> FolderCache::cachedFolder(const FilePath& folder) const {
+  const std::shared_lock lock(_mutex);
+  const auto found = cache.find(folder);
+  if (found == cache.end()) return std::nullopt;
+  const Entry& entry = found->second;
+  return CachedFolder{entry.mdate, entry.names, entry.folderNames};
 }
 
 void FolderCache::setFolderNames(SharedNames names, const FilePath& ofFolder) {

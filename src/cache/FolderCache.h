@@ -6,8 +6,8 @@
 #include "shared/ReferenceTime.h"
 
 #include <memory>
-#include <mutex>
 #include <optional>
+#include <shared_mutex>
 #include <string_view>
 #include <unordered_map>
 
@@ -39,6 +39,13 @@ class FolderCache {
   /// The cached names; null when there are none. Neither marks nor changes anything.
   [[nodiscard]] SharedNames fileNamesOfFolder(const FilePath& folder) const;
   [[nodiscard]] SharedNames folderNamesOfFolder(const FilePath& folder) const;
+  /// All that is cached of a folder, at one moment. Neither marks nor changes anything.
+  struct CachedFolder {
+    ReferenceTime mdate;
+    SharedNames fileNames;
+    SharedNames folderNames;  // null: not known
+  };
+  [[nodiscard]] std::optional<CachedFolder> cachedFolder(const FilePath& folder) const;
   /// Replaces the subfolder names of an existing entry; does nothing without one, and leaves the
   /// cache as clean as it was.
   void setFolderNames(SharedNames names, const FilePath& ofFolder);
@@ -62,7 +69,9 @@ class FolderCache {
   Entries prune();
 
   const platform::Services& _services;
-  mutable std::mutex _mutex;  // guards all below
+  /// Guards all below. Lookups share it, so that the threads of a walk don't wait for each other; a
+  /// mark of use is set by an atomic access then.
+  mutable std::shared_mutex _mutex;
   Entries cache;
   bool loaded = false;
   bool saved = false;

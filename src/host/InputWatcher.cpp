@@ -33,6 +33,8 @@ bool InputWatcher::isInput(QEvent* event) {
     case QEvent::TouchBegin:
     case QEvent::TabletPress:
       return true;
+    case QEvent::Enter:
+      return movedAway(static_cast<QEnterEvent*>(event)->globalPosition());
     case QEvent::MouseMove:
       return movedAway(static_cast<QMouseEvent*>(event)->globalPosition());
     default:

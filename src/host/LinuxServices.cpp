@@ -26,7 +26,7 @@ struct LinuxServices::Parts {
                             : platform::SystemLog::StandardError::whenTerminal),
         userFolders(platform::processEnvironment()),
         bookmarks(clock),
-        preferences(preferencesPath(), log),
+        preferences(platform::defaultPreferencesPath(), log),
         workspace(labelsPath(), log),
         sound(log),
         samples(userFolders, samplesPath(), log),

@@ -1,14 +1,14 @@
 #include "host/PreferenceTools.h"
 
-#include "host/UserPaths.h"
 #include "view/ModuleDefaults.h"
 
 namespace pelmora::host {
 
 PreferenceTools::PreferenceTools()
-    : userFolders(platform::processEnvironment()),
+    : log(platform::SystemLog::StandardError::always),
+      userFolders(platform::processEnvironment()),
       bookmarks(clock),
-      preferences(preferencesPath(), log) {
+      preferences(platform::defaultPreferencesPath(), log) {
   preferences.registerDefaults(view::moduleDefaults(userFolders, bookmarks));
 }
 

@@ -10,8 +10,9 @@
 
 namespace pelmora::host {
 
-/// What the commands that edit preferences need, and no more. The registered defaults are in place,
-/// so that a key that was never written reads as the saver reads it. Thread: main.
+/// What the commands that edit preferences need, and no more. What goes wrong is said on standard
+/// error too. The registered defaults are in place, so that a key that was never written reads as
+/// the saver reads it. Thread: main.
 struct PreferenceTools {
   PreferenceTools();
 

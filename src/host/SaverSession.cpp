@@ -79,14 +79,19 @@ void SaverSession::startFrames() {
 view::PelmoraView& SaverSession::view(std::size_t index) const { return *_runs.at(index)->view; }
 
 void SaverSession::showFirstFolder() {
-  if (!_frameTimer) return;
-  const bool empty = std::all_of(_runs.begin(), _runs.end(),
-                                 [](const auto& run) { return run->view->images().empty(); });
-  if (empty) animateOneFrame();
+  if (_frameTimer && !isAnyShown()) animateOneFrame();
 }
 
 void SaverSession::animateOneFrame() {
   for (const auto& run : _runs) run->view->animateOneFrame();
+  if (_isAnyShown || !isAnyShown()) return;
+  _isAnyShown = true;
+  _services.log.write("Pelmora: The first picture is up.");
+}
+
+bool SaverSession::isAnyShown() const {
+  return std::any_of(_runs.begin(), _runs.end(),
+                     [](const auto& run) { return !run->view->images().empty(); });
 }
 
 void SaverSession::commit() {

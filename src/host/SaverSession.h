@@ -60,11 +60,13 @@ class SaverSession {
   struct ViewRun;
 
   void showFirstFolder();
+  [[nodiscard]] bool isAnyShown() const;
 
   const platform::Services& _services;
   std::vector<std::unique_ptr<ViewRun>> _runs;
   std::optional<platform::Scheduler::TimerId> _frameTimer;
   std::optional<platform::NotificationCenter::Token> _firstFolder;
+  bool _isAnyShown = false;
   std::shared_ptr<bool> _alive = std::make_shared<bool>(true);
 };
 

@@ -14,8 +14,6 @@ FilePath configFolder() {
 
 }  // namespace
 
-FilePath preferencesPath() { return configFolder() / "Preferences.plist"; }
-
 FilePath labelsPath() { return configFolder() / "labels"; }
 
 FilePath samplesPath() {

@@ -8,8 +8,6 @@ namespace pelmora::host {
 // the paths are under one that does not exist: nothing is read there, and what cannot be written is
 // said.
 
-/// The preferences.
-[[nodiscard]] FilePath preferencesPath();
 /// The user's own file labels.
 [[nodiscard]] FilePath labelsPath();
 /// Where sample pictures are painted for a user who has none.

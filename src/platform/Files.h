@@ -56,7 +56,8 @@ class Files {
  public:
   virtual ~Files() = default;
 
-  /// One shallow listing: hidden entries (leading dot, or named in the folder's `.hidden`) left out.
+  /// One shallow listing: hidden entries (leading dot, or named in the folder's `.hidden`) left
+  /// out.
   [[nodiscard]] virtual Result<std::shared_ptr<const Listing>> list(const FilePath& folder,
                                                                     FinalLink link) const = 0;
   /// Facts about a path; nullopt when they cannot be read.
@@ -71,8 +72,8 @@ class Files {
   [[nodiscard]] virtual bool hasPackageSuffix(std::string_view name) const = 0;
 };
 
-/// True for a folder, and for an alias whose target is one; false in every other case, read failures
-/// included.
+/// True for a folder, and for an alias whose target is one; false in every other case, read
+/// failures included.
 [[nodiscard]] bool isDirectory(const Files& files, const FilePath& path);
 
 }  // namespace pelmora::platform

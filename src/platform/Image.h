@@ -10,8 +10,8 @@
 
 namespace pelmora::platform {
 
-/// Decoded pixels, immutable: 8 bits a channel, blue green red alpha in memory, premultiplied, sRGB,
-/// upright, rows from the top, each of exactly `4 × width` bytes.
+/// Decoded pixels, immutable: 8 bits a channel, blue green red alpha in memory, premultiplied,
+/// sRGB, upright, rows from the top, each of exactly `4 × width` bytes.
 struct Pixels {
   PixelSize size;
   bool opaque = true;

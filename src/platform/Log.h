@@ -4,8 +4,8 @@
 
 namespace pelmora::platform {
 
-/// The system log. A line is a sentence for a person; a file name in it may hold any bytes, which the
-/// sink makes printable and keeps on one line. Thread: any.
+/// The system log. A line is a sentence for a person; a file name in it may hold any bytes, which
+/// the sink makes printable and keeps on one line. Thread: any.
 class Log {
  public:
   virtual ~Log() = default;

@@ -40,8 +40,8 @@ struct Services {
   NotificationCenter& notifications;             // of this process
   NotificationCenter& distributedNotifications;  // of the user's session
   SystemVersion systemVersion{};
-  /// How many folders are walked at once: the number of processors; 1 makes the order of the records
-  /// that of the queue, for runs that must repeat exactly.
+  /// How many folders are walked at once: the number of processors; 1 makes the order of the
+  /// records that of the queue, for runs that must repeat exactly.
   std::size_t enumerationConcurrency = 1;
 };
 

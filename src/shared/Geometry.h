@@ -35,7 +35,8 @@ struct Rect {
   [[nodiscard]] double maxY() const { return origin.y + size.height; }
 };
 
-/// `rect` with its left and right edges moved in by `dx`, bottom and top by `dy`; negative grows it.
+/// `rect` with its left and right edges moved in by `dx`, bottom and top by `dy`; negative grows
+/// it.
 [[nodiscard]] constexpr Rect insetRect(const Rect& rect, double dx, double dy) {
   return {{rect.origin.x + dx, rect.origin.y + dy},
           {rect.size.width - 2 * dx, rect.size.height - 2 * dy}};

@@ -29,9 +29,7 @@ class NameList {
 
     Iterator() = default;
     explicit Iterator(const char* at) : _at(at) {}
-    std::string_view operator*() const {
-      return {_at + 1, static_cast<unsigned char>(*_at)};
-    }
+    std::string_view operator*() const { return {_at + 1, static_cast<unsigned char>(*_at)}; }
     Iterator& operator++() {
       _at += 1 + static_cast<unsigned char>(*_at);
       return *this;

@@ -10,8 +10,8 @@ namespace pelmora {
 // these functions in a fixed order: a seed names every picture and place.
 
 constexpr double kPi = 3.141592653589793;
-constexpr double kRandomMax = 2147483647.0;           // largest result of random()
-constexpr float kRandomRange = 2147483648.0F;         // number of its results
+constexpr double kRandomMax = 2147483647.0;    // largest result of random()
+constexpr float kRandomRange = 2147483648.0F;  // number of its results
 
 /// lo + (hi − lo) × random() ÷ 2147483647, in double precision; both ends are reachable.
 [[nodiscard]] double randomDoubleBetween(double lo, double hi);

@@ -53,6 +53,15 @@ TEST(InputWatcher, ignoresAPointerThatOnlyTrembles) {
   EXPECT_EQ(saver.ended, 1);
 }
 
+TEST(InputWatcher, knowsWhereThePointerWasWhenTheWindowCame) {
+  Watched saver(InputWatcher::Ends::any);
+  QEnterEvent enter({500, 400}, {500, 400}, {500, 400});
+  EXPECT_FALSE(saver.watcher.eventFilter(nullptr, &enter));
+  EXPECT_EQ(saver.ended, 0);
+  saver.move(700, 400);
+  EXPECT_EQ(saver.ended, 1);
+}
+
 TEST(InputWatcher, endsAWindowAtEscapeAlone) {
   Watched window(InputWatcher::Ends::escape);
   window.press(Qt::Key_A);

@@ -16,7 +16,6 @@ class UserPathsTest : public testing::Test {
 };
 
 TEST_F(UserPathsTest, areInTheUsersHome) {
-  EXPECT_EQ(preferencesPath().bytes(), "/home/ann/.config/Pelmora/Preferences.plist");
   EXPECT_EQ(labelsPath().bytes(), "/home/ann/.config/Pelmora/labels");
   EXPECT_EQ(samplesPath().bytes(), "/home/ann/.cache/Pelmora/Sample Pictures");
 }
@@ -24,13 +23,13 @@ TEST_F(UserPathsTest, areInTheUsersHome) {
 TEST_F(UserPathsTest, followTheDesktopsSettings) {
   setenv("XDG_CONFIG_HOME", "/conf", 1);
   setenv("XDG_CACHE_HOME", "/cache", 1);
-  EXPECT_EQ(preferencesPath().bytes(), "/conf/Pelmora/Preferences.plist");
+  EXPECT_EQ(labelsPath().bytes(), "/conf/Pelmora/labels");
   EXPECT_EQ(samplesPath().bytes(), "/cache/Pelmora/Sample Pictures");
 }
 
 TEST_F(UserPathsTest, leadNowhereWithoutAHome) {
   setenv("HOME", "relative", 1);
-  EXPECT_EQ(preferencesPath().bytes(), "/nonexistent/Pelmora/Preferences.plist");
+  EXPECT_EQ(labelsPath().bytes(), "/nonexistent/Pelmora/labels");
 }
 
 }  // namespace pelmora::host

@@ -21,10 +21,9 @@ std::size_t RecordingLog::count(std::string_view line) const {
 
 std::size_t RecordingLog::countContaining(std::string_view part) const {
   const std::lock_guard lock(_mutex);
-  return static_cast<std::size_t>(
-      std::count_if(_lines.begin(), _lines.end(), [part](const std::string& line) {
-        return line.find(part) != std::string::npos;
-      }));
+  return static_cast<std::size_t>(std::count_if(
+      _lines.begin(), _lines.end(),
+      [part](const std::string& line) { return line.find(part) != std::string::npos; }));
 }
 
 void RecordingLog::clear() {

@@ -280,11 +280,12 @@ TEST_F(FolderWalkTest, listsASubfolderOfWhichNothingIsKnown) {
 TEST_F(FolderWalkTest, finishesAWalkThatWasCutShortWhereTheFileSystemCountsFolders) {
   const FilePath source = makeSource();
   (void)temporary.write("p/a/below/5.jpg");
-  if (!fakes.files.facts(source / "a", platform::FinalLink::refuse)->hasSubfolders) GTEST_SKIP();
+  // Elsewhere nothing tells that the cached folder has subfolders, and it stays as it was left.
+  const bool counted = fakes.files.facts(source / "a", platform::FinalLink::refuse)->hasSubfolders;
   cache().addFolder(source, makeNameList({"1.jpg"}), makeNameList({"a"}));
   cache().addFolder(source / "a", makeNameList({"3.jpg"}), nullptr);
   load({{.folder = source}});
-  EXPECT_EQ(records(), (Names{"p", "p/a", "p/a/below"}));
+  EXPECT_EQ(records(), counted ? (Names{"p", "p/a", "p/a/below"}) : (Names{"p", "p/a"}));
 }
 
 TEST_F(FolderWalkTest, findsNothingInAFolderThatCannotBeListed) {

@@ -1,0 +1,16 @@
+#pragma once
+
+namespace pelmora::bench {
+
+// The benchmarks; each prints its figures.
+void benchWalkMillion();
+void benchWalkManyFolders();
+void benchCacheMemory();
+void benchNames();
+void benchPick();
+void benchFrames();
+void benchHeldFrames();
+void benchAtRest();
+void benchFirstPicture();
+
+}  // namespace pelmora::bench

@@ -1,0 +1,88 @@
+#include "Benches.h"
+#include "Report.h"
+#include "Trees.h"
+
+#include "cache/FolderCache.h"
+#include "platform/fake/FakeServices.h"
+
+#include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
+#include <cstdio>
+#include <cstdlib>
+#include <fstream>
+
+namespace pelmora::bench {
+
+namespace {
+
+/// The most memory that this process ever had resident, in megabytes.
+double peakMegabytes() {
+  std::ifstream status("/proc/self/status");
+  std::string line;
+  while (std::getline(status, line)) {
+    if (line.starts_with("VmHWM:")) return std::strtod(line.c_str() + 6, nullptr) / 1e3;
+  }
+  return 0;
+}
+
+/// A cache of a million names, in a child process of its own, so that nothing else counts: writes
+/// it, or reads it, and gives the peak beyond where it began.
+double peakOf(const FilePath& caches, bool writes) {
+  int channel[2];
+  if (pipe(channel) != 0) return 0;
+  const pid_t child = fork();
+  if (child == 0) {
+    platform::FakeServices fakes;
+    fakes.userFolders.cachesFolders = {caches};
+    const platform::Services services = fakes.services();
+    cache::FolderCache cache(services);
+    if (writes) {
+      for (int folder = 0; folder < 10'000; ++folder) {
+        std::vector<std::string> names;
+        for (int n = 0; n < 100; ++n) names.push_back(cameraName(folder % 97 * 100 + n));
+        cache.addFolder(FilePath("/pictures/" + std::to_string(folder)), makeNameList(names),
+                        nullptr, ReferenceTime{1.0 * folder});
+      }
+    }
+    const double before = peakMegabytes();
+    if (writes) cache.saveForAppName("Pelmora");
+    if (!writes && !cache.loadForAppName("Pelmora")) _exit(1);
+    const double peak = peakMegabytes() - before;
+    if (write(channel[1], &peak, sizeof peak) != sizeof peak) _exit(1);
+    _exit(0);
+  }
+  double peak = 0;
+  const bool told = read(channel[0], &peak, sizeof peak) == sizeof peak;
+  waitpid(child, nullptr, 0);
+  close(channel[0]);
+  close(channel[1]);
+  return told ? peak : 0;
+}
+
+}  // namespace
+
+void benchCacheMemory() {
+  const Workplace place;
+  const FilePath caches = place.mkdir("caches");
+  const double write = peakOf(caches, true);
+  struct stat file {};
+  stat((caches / "Pelmora" / "FolderCache.plist").c_str(), &file);
+  const double size = static_cast<double>(file.st_size) / 1e6;
+  const double read = peakOf(caches, false);
+  report({.name = "cache.file-of-1M", .value = size, .unit = "MB"});
+  report({.name = "cache.peak-of-writing",
+          .value = write,
+          .unit = "MB",
+          .base = "file-size",
+          .baseValue = size,
+          .most = 3});
+  report({.name = "cache.peak-of-reading",
+          .value = read,
+          .unit = "MB",
+          .base = "file-size",
+          .baseValue = size,
+          .most = 3});
+}
+
+}  // namespace pelmora::bench
