@@ -6,6 +6,7 @@
 
 namespace pelmora::sources {
 
+using cache::FolderCache;
 using platform::EntryKind;
 using platform::FileFacts;
 using platform::FinalLink;
@@ -71,21 +72,23 @@ std::optional<FoundFolder> ContentsReader::find(FilePath subfolder) const {
       _files.isPackage(subfolder).value_or(true)) {
     return std::nullopt;
   }
-  const bool isKnown = _cache.fileNamesOfFolder(subfolder) != nullptr;
-  if (isKnown) return findUnlisted(std::move(subfolder));
+  if (auto cached = _cache.cachedFolder(subfolder)) {
+    return findUnlisted(std::move(subfolder), std::move(cached));
+  }
   // Its names are needed, so opening it is the cheapest look at it.
   auto listing = _files.list(subfolder, FinalLink::refuse);
-  if (!listing) return findUnlisted(std::move(subfolder));
+  if (!listing) return findUnlisted(std::move(subfolder), std::nullopt);
   const FileFacts facts = (*listing)->folder;
-  return FoundFolder{std::move(subfolder), facts, false, *std::move(listing)};
+  return FoundFolder{std::move(subfolder), facts, false, *std::move(listing), std::nullopt};
 }
 
-std::optional<FoundFolder> ContentsReader::findUnlisted(FilePath subfolder) const {
+std::optional<FoundFolder> ContentsReader::findUnlisted(
+    FilePath subfolder, std::optional<FolderCache::CachedFolder> cached) const {
   const auto facts = _files.facts(subfolder, FinalLink::refuse);
   if (!facts) return std::nullopt;
   if (facts->kind == EntryKind::alias) return findTarget(subfolder);
   if (facts->kind != EntryKind::folder) return std::nullopt;
-  return FoundFolder{std::move(subfolder), *facts, false, nullptr};
+  return FoundFolder{std::move(subfolder), *facts, false, nullptr, std::move(cached)};
 }
 
 std::optional<FoundFolder> ContentsReader::findTarget(const FilePath& alias) const {
@@ -93,7 +96,8 @@ std::optional<FoundFolder> ContentsReader::findTarget(const FilePath& alias) con
   if (!target) return std::nullopt;
   const auto facts = _files.facts(*target, FinalLink::follow);
   if (!facts || facts->kind != EntryKind::folder) return std::nullopt;
-  return FoundFolder{*std::move(target), *facts, true, nullptr};
+  auto cached = _cache.cachedFolder(*target);
+  return FoundFolder{*std::move(target), *facts, true, nullptr, std::move(cached)};
 }
 
 std::optional<FolderContents> ContentsReader::readFolder(const FoundFolder& folder) const {
@@ -118,13 +122,15 @@ bool ContentsReader::isPackage(const FoundFolder& folder, const NameList* names)
 }
 
 std::optional<FolderContents> ContentsReader::cachedContents(const FoundFolder& folder) const {
-  const auto cachedDate = _cache.mdateOfFolder(folder.url);
-  if (!cachedDate || *cachedDate != folder.facts.contentModificationDate) return std::nullopt;
-  SharedNames folders = _cache.folderNamesOfFolder(folder.url);
+  const ReferenceTime date = folder.facts.contentModificationDate;
+  // Asking for the date counts the folder as used.
+  if (_cache.mdateOfFolder(folder.url) != date) return std::nullopt;
+  if (!folder.cached || folder.cached->mdate != date) return std::nullopt;
+  SharedNames folders = folder.cached->folderNames;
   // Names of subfolders are only kept where there are some. Those of a folder that says it has
   // subfolders got lost when an earlier walk was cut short.
   if (!folders && !folder.facts.hasSubfolders) folders = noNames();
-  return FolderContents{orNone(_cache.fileNamesOfFolder(folder.url)), std::move(folders)};
+  return FolderContents{folder.cached->fileNames, std::move(folders)};
 }
 
 FolderContents ContentsReader::enter(const FilePath& folder, const Listing* listing) const {
@@ -154,7 +160,7 @@ FolderContents ContentsReader::split(const FilePath& folder, const Listing& list
 SharedNames ContentsReader::fileNamesOf(const FilePath& folder) const {
   const auto facts = _files.facts(folder, FinalLink::refuse);
   if (!facts) return noNames();
-  const auto contents = readFolder({folder, *facts, true, nullptr});
+  const auto contents = readFolder({folder, *facts, true, nullptr, _cache.cachedFolder(folder)});
   return contents ? contents->files : noNames();
 }
 

@@ -24,6 +24,7 @@ struct FoundFolder {
   platform::FileFacts facts;
   bool isAliasTarget = false;                        // not where it was looked for
   std::shared_ptr<const platform::Listing> listing;  // null: not listed yet
+  std::optional<cache::FolderCache::CachedFolder> cached;
 };
 
 /// A source folder's own names.
@@ -62,7 +63,8 @@ class ContentsReader {
   [[nodiscard]] SharedNames subfolderNamesOf(const FilePath& folder) const;
 
  private:
-  [[nodiscard]] std::optional<FoundFolder> findUnlisted(FilePath subfolder) const;
+  [[nodiscard]] std::optional<FoundFolder> findUnlisted(
+      FilePath subfolder, std::optional<cache::FolderCache::CachedFolder> cached) const;
   [[nodiscard]] std::optional<FoundFolder> findTarget(const FilePath& alias) const;
   [[nodiscard]] bool isPackage(const FoundFolder& folder, const NameList* names) const;
   [[nodiscard]] std::optional<FolderContents> cachedContents(const FoundFolder& folder) const;

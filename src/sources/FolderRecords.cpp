@@ -24,10 +24,20 @@ std::uint64_t dayBit(int day) { return std::uint64_t{1} << (static_cast<unsigned
 }  // namespace
 
 void FolderRecords::append(std::shared_ptr<PMFolder> record) {
-  const std::uint64_t serial = _nextSerial++;
-  if (record->identity) _serials.try_emplace(*record->identity, serial);
+  if (record->identity) _serials.try_emplace(*record->identity, _nextSerial);
+  appendWithSerial(std::move(record));
+}
+
+bool FolderRecords::appendIfNew(std::shared_ptr<PMFolder> record) {
+  if (record->identity && !_serials.try_emplace(*record->identity, _nextSerial).second)
+    return false;
+  appendWithSerial(std::move(record));
+  return true;
+}
+
+void FolderRecords::appendWithSerial(std::shared_ptr<PMFolder> record) {
   _records.push_back(std::move(record));
-  _weighings.push_back({.serial = serial});
+  _weighings.push_back({.serial = _nextSerial++});
   weigh(_records.size() - 1);
 }
 

@@ -41,6 +41,8 @@ class FolderRecords {
   [[nodiscard]] const std::vector<std::shared_ptr<PMFolder>>& all() const { return _records; }
 
   void append(std::shared_ptr<PMFolder> record);
+  /// The same, unless there is a record with its identity; whether it was appended.
+  bool appendIfNew(std::shared_ptr<PMFolder> record);
   /// Takes this record out; an unknown one is ignored.
   void remove(const PMFolder& record);
   void clear();
@@ -69,6 +71,7 @@ class FolderRecords {
     std::uint32_t screens = 0;  // index into _screens
   };
 
+  void appendWithSerial(std::shared_ptr<PMFolder> record);
   void weigh(std::size_t index);
   [[nodiscard]] std::uint32_t numberOfScreens(const std::string& screens);
   /// For each of `_screens`, whether it includes the screen.

@@ -32,7 +32,7 @@ void FolderWalk::walkBaseFolder(const FilePath& folder) const {
 
 void FolderWalk::addBaseFolder(const FilePath& folder, const BaseFolderContents& contents) const {
   const platform::FileIdentity identity = contents.facts->identity;
-  const FolderValues values = _list.valuesForFolder(folder.bytes());
+  const FolderValues values = _sources->valuesForFolder(folder.bytes());
   std::uint64_t index = _list.indexOfEnumeratedFolder(identity);
   if (index == kNotFound) {
     const auto record =
@@ -59,7 +59,7 @@ void FolderWalk::visit(const FilePath& folder, std::string_view name) const {
   if (!found) return;
   const platform::FileIdentity& identity = found->facts.identity;
   if (_list.indexOfEnumeratedFolder(identity) != kNotFound) return;
-  if (!_list.isSourceEnabled(identity)) return;
+  if (!_sources->isEnabled(identity)) return;
 
   PMFolder::Contents contents;
   SharedNames subfolders;
@@ -71,8 +71,8 @@ void FolderWalk::visit(const FilePath& folder, std::string_view name) const {
     contents.contentNames = std::move(read->files);
     subfolders = std::move(read->folders);
   }
-  const auto record =
-      makeRecord(found->url, false, identity, contents, _list.valuesForFolder(found->url.bytes()));
+  const auto record = makeRecord(found->url, false, identity, contents,
+                                 _sources->valuesForFolder(found->url.bytes()));
   if (_operation.isCancelled() || !_list.addWalkedFolder(record, _screen, _operation)) return;
   // An alias is queued as itself: it is no folder, so its target's subfolders are not walked.
   FilePath toWalk = found->isAliasTarget ? folder / name : std::move(found->url);

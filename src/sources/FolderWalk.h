@@ -17,6 +17,7 @@ class FolderWalk {
       : _list(list),
         _cache(cache),
         _reader(list.fileMan(), cache),
+        _sources(list.sources()),
         _screen(forScreen),
         _queue(queue),
         _operation(operation) {}
@@ -34,6 +35,7 @@ class FolderWalk {
   PMSourceList& _list;
   cache::FolderCache& _cache;
   const ContentsReader _reader;
+  const SharedSourceEntries _sources;
   const std::uint64_t _screen;
   platform::OperationQueue& _queue;
   const platform::Operation& _operation;

@@ -138,27 +138,19 @@ std::uint64_t PMSourceList::indexOfEnumeratedFolder(const platform::FileIdentity
 
 bool PMSourceList::isSourceEnabled(const FilePath& url) const {
   const auto facts = _services.files.facts(url, platform::FinalLink::follow);
-  return !facts || isSourceEnabled(facts->identity);
-}
-
-bool PMSourceList::isSourceEnabled(const platform::FileIdentity& identity) const {
-  return sources()->isEnabled(identity);
-}
-
-FolderValues PMSourceList::valuesForFolder(std::string_view folder) const {
-  return sources()->valuesForFolder(folder);
+  return !facts || sources()->isEnabled(facts->identity);
 }
 
 std::uint64_t PMSourceList::daysForFolder(std::string_view folder) const {
-  return valuesForFolder(folder).days;
+  return sources()->valuesForFolder(folder).days;
 }
 
 double PMSourceList::priorityForFolder(std::string_view folder) const {
-  return valuesForFolder(folder).priority;
+  return sources()->valuesForFolder(folder).priority;
 }
 
 std::string PMSourceList::screensForFolder(std::string_view folder) const {
-  return valuesForFolder(folder).screens;
+  return sources()->valuesForFolder(folder).screens;
 }
 
 void PMSourceList::addFolder(const std::shared_ptr<PMFolder>& record, std::uint64_t forScreen,
@@ -180,9 +172,12 @@ bool PMSourceList::append(const std::shared_ptr<PMFolder>& record, std::uint64_t
     // Whoever cancels a walk empties the list afterwards: asked under the lock, no record slips in
     // behind that.
     if (ofWalk && ofWalk->isCancelled()) return false;
-    if (ofWalk && _dirItems.indexOf(*record->identity) != kNotFound) return false;
     isFirst = _dirItems.empty();
-    _dirItems.append(record);
+    if (!ofWalk) {
+      _dirItems.append(record);
+    } else if (!_dirItems.appendIfNew(record)) {
+      return false;
+    }
   }
   if (_isFiltered) addSearchScope(record->url, ofWalk);
   if (isFirst) {
@@ -237,6 +232,16 @@ void PMSourceList::enumFolder(const FilePath& folder, std::uint64_t forScreen, b
                               const platform::Operation& currentOperation,
                               const SharedNames& withSubfolders) {
   if (currentOperation.isCancelled()) return;
+  walkFolder(folder, forScreen, isBaseFolder, addOpToQueue, currentOperation, withSubfolders);
+  resetWeights();
+}
+
+void PMSourceList::walkFolder(const FilePath& folder, std::uint64_t forScreen, bool isBaseFolder,
+                              platform::OperationQueue& addOpToQueue,
+                              const platform::Operation& currentOperation,
+                              const SharedNames& withSubfolders) {
+  const bool isLeaf = !isBaseFolder && withSubfolders && withSubfolders->empty();
+  if (isLeaf) return;
   const auto cache = cache::FolderCache::sharedCache(_services);
   const FolderWalk walk(*this, *cache, forScreen, addOpToQueue, currentOperation);
   if (isBaseFolder) {
@@ -244,7 +249,6 @@ void PMSourceList::enumFolder(const FilePath& folder, std::uint64_t forScreen, b
   } else {
     walk.walkSubfolder(folder, withSubfolders);
   }
-  resetWeights();
 }
 
 std::vector<std::shared_ptr<PMFolder>> PMSourceList::dirItems() const {

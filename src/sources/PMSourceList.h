@@ -71,13 +71,10 @@ class PMSourceList {
   [[nodiscard]] std::uint64_t indexOfEnumeratedFolder(const platform::FileIdentity& identity) const;
   /// Whether the source that is this folder is on, by file identity; true for any other folder.
   [[nodiscard]] bool isSourceEnabled(const FilePath& url) const;
-  [[nodiscard]] bool isSourceEnabled(const platform::FileIdentity& identity) const;
   // By the longest source path that `folder` begins with; 0, 1.0 and "" without one.
   [[nodiscard]] std::uint64_t daysForFolder(std::string_view folder) const;
   [[nodiscard]] double priorityForFolder(std::string_view folder) const;
   [[nodiscard]] std::string screensForFolder(std::string_view folder) const;
-  /// The three at once.
-  [[nodiscard]] FolderValues valuesForFolder(std::string_view folder) const;
 
   /// Adds a record that has files and is meant for the screen, as a search scope of the filter too,
   /// and posts "FirstFolderAdded" on this thread when it is the first one.
@@ -143,6 +140,9 @@ class PMSourceList {
   void setSources(std::vector<SourceEntry> entries);
   bool append(const std::shared_ptr<PMFolder>& record, std::uint64_t forScreen,
               const platform::Operation* ofWalk);
+  void walkFolder(const FilePath& folder, std::uint64_t forScreen, bool isBaseFolder,
+                  platform::OperationQueue& addOpToQueue,
+                  const platform::Operation& currentOperation, const SharedNames& withSubfolders);
   void addSearchScope(const FilePath& folder, const platform::Operation* ofWalk);
 
   [[nodiscard]] Eligibility eligibilityForScreen(std::uint64_t screenIndex) const;

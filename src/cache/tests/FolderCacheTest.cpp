@@ -71,6 +71,18 @@ TEST_F(FolderCacheTest, givesBackWhatWasAdded) {
   EXPECT_EQ(fakes.log.count("Pelmora: caching folder p with 2 files and 1 folders."), 1U);
 }
 
+TEST_F(FolderCacheTest, tellsAllOfAFolderAtOnce) {
+  const auto cache = newProcess();
+  EXPECT_FALSE(cache->cachedFolder(FilePath("/p")));
+  const SharedNames folders = makeNameList({"sub"});
+  cache->addFolder(FilePath("/p"), names, folders, date);
+  const auto cached = cache->cachedFolder(FilePath("/p"));
+  ASSERT_TRUE(cached);
+  EXPECT_EQ(cached->mdate, date);
+  EXPECT_EQ(cached->fileNames, names);
+  EXPECT_EQ(cached->folderNames, folders);
+}
+
 TEST_F(FolderCacheTest, knowsNothingOfOtherFolders) {
   const auto cache = newProcess();
   EXPECT_EQ(cache->mdateOfFolder(FilePath("/p")), std::nullopt);

@@ -163,6 +163,18 @@ TEST_F(FolderRecordsTest, keepTheirIndexesRightWhenOneIsRemoved) {
   EXPECT_EQ(records.indexOf({1, 7}), 18U);
 }
 
+TEST_F(FolderRecordsTest, takeOnlyNewRecordsWhereThatIsAsked) {
+  const auto record = addWithInode(1);
+  EXPECT_FALSE(records.appendIfNew(record));
+  EXPECT_EQ(records.size(), 1U);
+  records.remove(*record);
+  EXPECT_TRUE(records.appendIfNew(record));
+  EXPECT_EQ(records.indexOf({1, 1}), 0U);
+  EXPECT_TRUE(records.appendIfNew(makeFolder("/p", 1)));
+  EXPECT_TRUE(records.appendIfNew(makeFolder("/p", 1)));
+  EXPECT_EQ(records.size(), 3U);
+}
+
 TEST_F(FolderRecordsTest, ignoreTheRemovalOfAStranger) {
   addWithInode(1);
   records.remove(PMFolder());
