@@ -83,7 +83,8 @@ void RasterWindow::timerEvent(QTimerEvent* event) {
 
 void RasterWindow::drawFrame() {
   stopFrames();
-  if (!isExposed() || size().isEmpty()) return;
+  // A window that was closed may still call itself exposed.
+  if (!isExposed() || !handle() || size().isEmpty()) return;
   if (_store.size() != size()) _store.resize(size());
   static const Snapshot kBlack;
   const std::shared_ptr<const Snapshot> newest = _slot.newest();

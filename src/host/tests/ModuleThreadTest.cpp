@@ -1,0 +1,64 @@
+#include "host/ModuleThread.h"
+
+#include "host/SamplePictures.h"
+#include "host/tests/CommandRun.h"
+#include "platform/fake/FakeDisplays.h"
+#include "platform/linux/SystemClock.h"
+#include "render/LayerTree.h"
+#include "render/Snapshot.h"
+
+#include <condition_variable>
+#include <mutex>
+
+namespace pelmora::host {
+
+namespace {
+
+/// Lets a test wait for a snapshot with a card.
+class AwaitedPresenter : public render::Presenter {
+ public:
+  void submit(std::shared_ptr<const render::Snapshot> snapshot) override {
+    const std::lock_guard lock(_mutex);
+    _hasCard = _hasCard || !snapshot->root.sublayers.empty();
+    _changed.notify_all();
+  }
+  [[nodiscard]] bool waitForCard() {
+    std::unique_lock lock(_mutex);
+    return _changed.wait_for(lock, std::chrono::seconds(20), [this] { return _hasCard; });
+  }
+
+ private:
+  std::mutex _mutex;
+  std::condition_variable _changed;
+  bool _hasCard = false;
+};
+
+class ModuleThreadTest : public CommandFixture {
+ protected:
+  [[nodiscard]] std::vector<ViewPlace> places() {
+    return {{.frame = displays.displays[0].frame,
+             .display = displays.displays[0],
+             .presenter = &presenter}};
+  }
+
+  platform::SystemClock clock;
+  platform::FakeDisplays displays;
+  AwaitedPresenter presenter;
+};
+
+}  // namespace
+
+TEST_F(ModuleThreadTest, showsPicturesBesideTheThreadThatPresents) {
+  ASSERT_TRUE(paintSamplePictures(home.mkdir("Pictures")));
+  run({"defaults", "write", "UsePolaroid", "0"});
+  ModuleThread module(clock, displays, {}, places());
+  EXPECT_TRUE(presenter.waitForCard());
+  module.resize(0, {800, 600}, 2);
+  module.resize(7, {800, 600}, 2);  // no such view
+}
+
+TEST_F(ModuleThreadTest, mayEndBeforeItHasBegun) {
+  for (int i = 0; i < 5; ++i) const ModuleThread module(clock, displays, {}, places());
+}
+
+}  // namespace pelmora::host
