@@ -30,8 +30,15 @@ class VirtualDisplay:
              "-noreset", "-nolisten", "tcp"],
             pass_fds=[writer], stderr=subprocess.DEVNULL)
         os.close(writer)
-        ready, _, _ = select.select([reader], [], [], LIMIT)
-        self.name = ":" + os.read(reader, 16).decode().strip() if ready else ""
+        # The number comes in pieces, and a server whose reader has gone dies of it.
+        number = b""
+        while not number.endswith(b"\n"):
+            ready, _, _ = select.select([reader], [], [], LIMIT)
+            piece = os.read(reader, 16) if ready else b""
+            if not piece:
+                raise RuntimeError("the virtual display does not start")
+            number += piece
+        self.name = ":" + number.decode().strip()
         os.close(reader)
 
     def close(self):
@@ -44,12 +51,14 @@ class VirtualDisplay:
         with open(os.path.join(self.folder, "Xvfb_screen0"), "rb") as file:
             data = file.read()
         header = struct.unpack(">25I", data[:100])
-        start, line = header[0] + header[19] * 12, header[12]
+        start, bytes_of_pixel, line = header[0] + header[19] * 12, header[11] // 8, header[12]
         lit = 0
         for row in range(y, y + height):
-            pixels = data[start + row * line + x * 4:start + row * line + (x + width) * 4]
-            # The fourth byte of a pixel is padding.
-            lit += sum(1 for i in range(0, len(pixels), 4) if pixels[i:i + 3] != b"\0\0\0")
+            first = start + row * line + x * bytes_of_pixel
+            pixels = data[first:first + width * bytes_of_pixel]
+            # A fourth byte is padding.
+            lit += sum(1 for i in range(0, len(pixels), bytes_of_pixel)
+                       if pixels[i:i + 3] != b"\0\0\0")
         return lit / (width * height)
 
 

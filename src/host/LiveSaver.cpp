@@ -62,6 +62,7 @@ void LiveSaver::followSize(std::size_t index) {
   QObject::connect(&window, &QWindow::widthChanged, &_input, resized);
   QObject::connect(&window, &QWindow::heightChanged, &_input, resized);
   QObject::connect(&window, &QWindow::screenChanged, &_input, resized);
+  resized();  // since the window was shown it may have changed already
 }
 
 int LiveSaver::exec() {

@@ -12,6 +12,11 @@ ModuleThread::ModuleThread(platform::Clock& clock, platform::Displays& displays,
   _choices.clock = &clock;
   _choices.displays = &displays;
   _choices.scheduler = &_scheduler;
+  // Before anyone can say that a window has changed: what is said is then heard by views.
+  _scheduler.post([this] {
+    _session->start(_places);
+    _session->startFrames();
+  });
   _thread = std::thread([this] { run(); });
 }
 
@@ -25,10 +30,6 @@ void ModuleThread::run() {
   SaverSession session(linuxServices.services());
   _scheduler.setEndOfTurn([&session] { session.commit(); });
   _session = &session;
-  _scheduler.post([this, &session] {
-    session.start(_places);
-    session.startFrames();
-  });
   _scheduler.run();
   _session = nullptr;
   session.stop();
@@ -36,7 +37,7 @@ void ModuleThread::run() {
 
 void ModuleThread::resize(std::size_t view, const Size& size, double scale) {
   _scheduler.post([this, view, size, scale] {
-    if (_session && view < _session->viewCount()) _session->resize(view, size, scale);
+    if (view < _session->viewCount()) _session->resize(view, size, scale);
   });
 }
 

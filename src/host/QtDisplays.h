@@ -8,9 +8,8 @@ class QScreen;
 
 namespace pelmora::host {
 
-/// The displays as Qt orders them, primary first. Thread: `update` on the GUI thread, `screens` on
-/// any
-/// (`_mutex`).
+/// The displays as Qt orders them, primary first. Thread: `update` on the GUI thread, the rest on
+/// any (`_mutex`).
 class QtDisplays : public platform::Displays {
  public:
   QtDisplays();

@@ -34,6 +34,7 @@ constexpr Option kOptions[] = {
 constexpr double kLongestRun = 366.0 * 86400;  // seconds
 constexpr double kMostFramesASecond = 1000;
 constexpr double kLargestScale = 8;
+constexpr double kMostFrames = 1e6;  // what the digits of their names can tell apart
 
 /// Reads an option's number into `number`, which stays as it is when the option was not given.
 Status readNumber(const Arguments& arguments, const char* name, double least, double most,
@@ -64,53 +65,57 @@ Status readNumbers(const Arguments& arguments, RenderRequest& request) {
   }
   if (auto status = readNumber(arguments, "to", 0, kLongestRun, request.to); !status) return status;
   if (request.to < request.from) return Error{"--to is before --from"};
+  if ((request.to - request.from) * request.fps >= kMostFrames) {
+    return Error{"the film has more than a million frames"};
+  }
   return Done{};
 }
 
-Result<std::vector<Rect>> requestedGeometries(const Arguments& arguments) {
-  const auto list = arguments.value("displays");
-  const auto size = arguments.value("size");
-  if (list && size && !arguments.has("preview")) {
-    return Error{"--size and --displays exclude each other"};
-  }
-  if (list) return parseGeometries(*list);
-  if (!size || arguments.has("preview")) return std::vector<Rect>{{{0, 0}, {1920, 1080}}};
+Result<std::vector<Rect>> readGeometries(const std::optional<std::string>& displays,
+                                         const std::optional<std::string>& size) {
+  if (displays && size) return Error{"--size and --displays exclude each other"};
+  if (displays) return parseGeometries(*displays);
+  if (!size) return std::vector<Rect>{{{0, 0}, {1920, 1080}}};
   const Result<Size> parsed = parseSize(*size);
   if (!parsed) return parsed.error();
   return std::vector<Rect>{{{0, 0}, *parsed}};
 }
 
-Status readDisplays(const Arguments& arguments, RenderRequest& request) {
-  const Result<std::vector<Rect>> geometries = requestedGeometries(arguments);
+/// The size is the preview's where a preview is asked for, else the display's.
+Status readDisplays(const Arguments& arguments, bool isPreview, RenderRequest& request) {
+  const auto size = arguments.value("size");
+  if (isPreview && size) {
+    const Result<Size> parsed = parseSize(*size);
+    if (!parsed) return parsed.error();
+    request.previewSize = *parsed;
+  }
+  const Result<std::vector<Rect>> geometries =
+      readGeometries(arguments.value("displays"), isPreview ? std::nullopt : size);
   if (!geometries) return geometries.error();
   for (const Rect& frame : flipped(*geometries)) {
     const std::uint64_t number = request.displays.size() + 1;
     request.displays.push_back({number, "Display " + std::to_string(number), frame, request.scale});
   }
-  if (!arguments.has("preview")) return Done{};
-  if (arguments.has("screen")) return Error{"--screen and --preview exclude each other"};
-  request.screen = 0;
-  if (const auto size = arguments.value("size")) {
-    const Result<Size> parsed = parseSize(*size);
-    if (!parsed) return parsed.error();
-    request.previewSize = *parsed;
-  }
   return Done{};
 }
 
-Status readScreen(const Arguments& arguments, RenderRequest& request) {
+/// Which view is written: 0, the preview, or a display's.
+Result<std::int64_t> readScreen(const Arguments& arguments) {
   const auto text = arguments.value("screen");
-  if (!text) return Done{};
-  const Result<std::int64_t> number = parseInteger(*text);
+  if (text && arguments.has("preview")) return Error{"--screen and --preview exclude each other"};
+  if (!text) return arguments.has("preview") ? 0 : 1;
+  Result<std::int64_t> number = parseInteger(*text);
   if (!number) return Error{"--screen: " + number.error().message};
-  if (*number < 0 || *number > static_cast<std::int64_t>(request.displays.size())) {
-    return Error{"--screen: there is no screen " + *text};
-  }
-  request.screen = static_cast<std::size_t>(*number);
-  return Done{};
+  return number;
 }
 
 }  // namespace
+
+int RenderRequest::frameCount() const {
+  // From 0 to 0.3 there are four at 10 a second, though 0.3 × 10 is a little less than 3.
+  constexpr double kRounding = 1e-6;
+  return frames.empty() ? 0 : static_cast<int>((to - from) * fps + kRounding) + 1;
+}
 
 std::span<const Option> renderOptions() { return kOptions; }
 
@@ -129,8 +134,13 @@ Result<RenderRequest> parseRenderRequest(const Arguments& arguments) {
   request.samples = arguments.has("samples");
   request.verbose = arguments.has("verbose");
   if (auto status = readNumbers(arguments, request); !status) return status.error();
-  if (auto status = readDisplays(arguments, request); !status) return status.error();
-  if (auto status = readScreen(arguments, request); !status) return status.error();
+  const Result<std::int64_t> screen = readScreen(arguments);
+  if (!screen) return screen.error();
+  if (auto status = readDisplays(arguments, *screen == 0, request); !status) return status.error();
+  if (*screen < 0 || *screen > static_cast<std::int64_t>(request.displays.size())) {
+    return Error{"--screen: there is no screen " + std::to_string(*screen)};
+  }
+  request.screen = static_cast<std::size_t>(*screen);
   if (const auto start = arguments.value("start")) {
     const Result<ReferenceTime> parsed = parseLocalTime(*start);
     if (!parsed) return Error{"--start: " + parsed.error().message};

@@ -29,6 +29,9 @@ struct RenderRequest {
   bool settle = true;
   bool samples = false;
   bool verbose = false;
+
+  /// How many frames the film has, both ends included; 0 without a film.
+  [[nodiscard]] int frameCount() const;
 };
 
 [[nodiscard]] std::span<const Option> renderOptions();

@@ -18,7 +18,6 @@
 #include <QJsonArray>
 #include <QJsonDocument>
 
-#include <cmath>
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
@@ -71,7 +70,7 @@ class Run {
   void advanceTo(double seconds);
   [[nodiscard]] std::vector<ViewPlace> places();
   [[nodiscard]] OffscreenPresenter& written();
-  Status writeFilm();
+  Status writeFrame(int number, double time);
   Status writeMoment();
   Status writeListing();
 
@@ -147,35 +146,34 @@ OffscreenPresenter& Run::written() {
   return *_presenters[_request.screen == 0 ? 0 : _request.screen - 1];
 }
 
+/// The film's frames and the moment, in the order of their times.
 Status Run::writeMoments() {
-  const bool filmFirst = _request.from <= _request.at;
-  if (filmFirst) {
-    if (Status status = writeFilm(); !status) return status;
+  bool isMomentWritten = false;
+  for (int i = 0; i < _request.frameCount(); ++i) {
+    const double time = _request.from + i / _request.fps;
+    if (!isMomentWritten && _request.at <= time) {
+      if (Status status = writeMoment(); !status) return status;
+      isMomentWritten = true;
+    }
+    if (Status status = writeFrame(i, time); !status) return status;
   }
-  // A moment inside a film has gone by when the film ends; it is only shown if it is the end's.
-  advanceTo(_request.at);
-  if (Status status = writeMoment(); !status) return status;
-  return filmFirst ? Status(Done{}) : writeFilm();
+  return isMomentWritten ? Status(Done{}) : writeMoment();
 }
 
-Status Run::writeFilm() {
-  if (_request.frames.empty()) return Done{};
-  std::error_code problem;
-  std::filesystem::create_directories(_request.frames, problem);
-  if (problem) return Error{_request.frames + ": " + problem.message()};
-  const double count = std::floor((_request.to - _request.from) * _request.fps + 1e-6) + 1;
-  for (int i = 0; i < static_cast<int>(count); ++i) {
-    const double time = _request.from + i / _request.fps;
-    advanceTo(time);
-    char name[32];
-    std::snprintf(name, sizeof name, "/frame%06d.png", i);
-    const Status status = writePicture(_request.frames + name, written().paint(time));
-    if (!status) return status;
+Status Run::writeFrame(int number, double time) {
+  if (number == 0) {
+    std::error_code problem;
+    std::filesystem::create_directories(_request.frames, problem);
+    if (problem) return Error{_request.frames + ": " + problem.message()};
   }
-  return Done{};
+  advanceTo(time);
+  char name[32];
+  std::snprintf(name, sizeof name, "/frame%06d.png", number);
+  return writePicture(_request.frames + name, written().paint(time));
 }
 
 Status Run::writeMoment() {
+  advanceTo(_request.at);
   if (!_request.out.empty()) {
     const Status status = writePicture(_request.out, written().paint(_clock.mediaTime()));
     if (!status) return status;

@@ -8,6 +8,7 @@
 #include <QQuickWindow>
 #include <QSGRendererInterface>
 
+#include <cstdio>
 #include <optional>
 #include <string>
 
@@ -45,7 +46,14 @@ std::unique_ptr<render::PresenterWindow> makePresenterWindow(Renderer renderer,
                                                              platform::Clock& clock) {
   if (renderer == Renderer::software) return std::make_unique<render::RasterWindow>(clock);
   QQuickWindow::setGraphicsApi(QSGRendererInterface::OpenGL);
-  return std::make_unique<render::QuickWindow>(clock);
+  auto window = std::make_unique<render::QuickWindow>(clock);
+  // Unheard, the failure would abort the program.
+  QObject::connect(window.get(), &QQuickWindow::sceneGraphError, window.get(),
+                   [](QQuickWindow::SceneGraphError, const QString& message) {
+                     std::fprintf(stderr, "pelmora: %s\n", qPrintable(message));
+                     QGuiApplication::exit(static_cast<int>(ExitStatus::failure));
+                   });
+  return window;
 }
 
 }  // namespace pelmora::host

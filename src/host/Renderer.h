@@ -18,7 +18,8 @@ enum class Renderer { gpu, software };
 /// looking costs a moment and memory that a machine without one should not keep paying for.
 [[nodiscard]] Renderer chooseRenderer(std::string_view name);
 
-/// A window that presents, not shown yet. Thread: GUI.
+/// A window that presents, not shown yet. Should the graphics processor fail it, that is said and
+/// the event loop ends with a failure. Thread: GUI.
 [[nodiscard]] std::unique_ptr<render::PresenterWindow> makePresenterWindow(Renderer renderer,
                                                                            platform::Clock& clock);
 

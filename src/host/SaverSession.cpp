@@ -83,7 +83,9 @@ void SaverSession::showFirstFolder() {
 }
 
 void SaverSession::animateOneFrame() {
-  for (const auto& run : _runs) run->view->animateOneFrame();
+  for (const auto& run : _runs) {
+    if (run->view->isAnimating()) run->view->animateOneFrame();
+  }
   if (_isAnyShown || !isAnyShown()) return;
   _isAnyShown = true;
   _services.log.write("Pelmora: The first picture is up.");

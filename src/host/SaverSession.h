@@ -44,7 +44,7 @@ class SaverSession {
   void start(const std::vector<ViewPlace>& places);
   /// Starts the frame timer: a frame at once, then one every 0.5 s.
   void startFrames();
-  /// One frame of every view.
+  /// One frame of every view that is animating.
   void animateOneFrame();
   /// Commits what changed in the layers; the scheduler's end of each turn.
   void commit();

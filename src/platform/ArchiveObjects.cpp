@@ -6,6 +6,10 @@ namespace {
 
 constexpr std::int64_t kVersion = 100000;
 
+/// No object has nearly as many fields. Each look for one goes through them all, and a million
+/// references may lead to the same object.
+constexpr std::uint64_t kMostFields = 64;
+
 bool isText(const ObjectView& object, std::string_view text) {
   return object.type == ObjectType::ascii && BinaryObjects::chars(object) == text;
 }
@@ -57,7 +61,7 @@ std::optional<ObjectView> ArchiveObjects::object(std::uint32_t number) const {
 
 std::optional<ObjectView> ArchiveObjects::field(const ObjectView& object,
                                                 std::string_view name) const {
-  if (object.type != ObjectType::dictionary) return std::nullopt;
+  if (object.type != ObjectType::dictionary || object.count > kMostFields) return std::nullopt;
   for (std::uint64_t i = 0; i < object.count; ++i) {
     const std::optional<ObjectView> key = _objects.at(_objects.ref(object, i));
     if (!key) return std::nullopt;

@@ -26,7 +26,7 @@ class ArchiveObjects {
   /// An object by its number; nullopt when there is none or it is damaged.
   [[nodiscard]] std::optional<ObjectView> object(std::uint32_t number) const;
 
-  /// The field `name` of an object that is a dictionary, as it stands there.
+  /// The field `name` of an object that is a dictionary of 64 fields at most, as it stands there.
   [[nodiscard]] std::optional<ObjectView> field(const ObjectView& object,
                                                 std::string_view name) const;
   /// The same, followed when it is the number of another object.

@@ -1,6 +1,7 @@
 #include "platform/AtomicFile.h"
 
-#include "platform/linux/FileDescriptor.h"
+#include "platform/FileDescriptor.h"
+#include "platform/SystemError.h"
 
 #include <dirent.h>
 #include <fcntl.h>
@@ -13,7 +14,6 @@
 #include <memory>
 #include <optional>
 #include <string>
-#include <system_error>
 
 namespace pelmora::platform {
 
@@ -23,10 +23,6 @@ constexpr std::string_view kUnique = "XXXXXX";  // what mkostemp fills in
 
 std::string temporaryPrefix(const FilePath& file) {
   return '.' + std::string(file.lastComponent()) + ".tmp-";
-}
-
-Error systemErrorAt(const FilePath& file, int number) {
-  return Error{file.bytes() + ": " + std::generic_category().message(number)};
 }
 
 bool lock(int descriptor, int operation) {
@@ -110,7 +106,7 @@ void removeIfAbandoned(const FilePath& file) {
 Status writeAtomically(const FilePath& file, std::span<const std::uint8_t> bytes) {
   std::optional<TemporaryFile> temporary = TemporaryFile::makeFor(file);
   if (!temporary || !temporary->write(bytes) || !temporary->renameTo(file)) {
-    return systemErrorAt(file, errno);
+    return systemError(file, errno);
   }
   flushFolder(file.parent());
   return Done{};

@@ -1,14 +1,25 @@
 #include "platform/Displays.h"
 
-#include <cstdio>
+#include <charconv>
+#include <iterator>
 
 namespace pelmora::platform {
 
+namespace {
+
+/// As "%g" has it, but with a point in every language.
+std::string textOf(double number) {
+  char digits[32];
+  const auto [end, error] =
+      std::to_chars(std::begin(digits), std::end(digits), number, std::chars_format::general, 6);
+  return {digits, end};
+}
+
+}  // namespace
+
 std::string describe(const Rect& rect) {
-  char text[160];
-  std::snprintf(text, sizeof text, "{{%g, %g}, {%g, %g}}", rect.origin.x, rect.origin.y,
-                rect.size.width, rect.size.height);
-  return text;
+  return "{{" + textOf(rect.origin.x) + ", " + textOf(rect.origin.y) + "}, {" +
+         textOf(rect.size.width) + ", " + textOf(rect.size.height) + "}}";
 }
 
 std::string describe(const Display& display) {

@@ -1,24 +1,20 @@
 #include "platform/FileContents.h"
 
-#include "platform/linux/FileDescriptor.h"
+#include "platform/FileDescriptor.h"
+#include "platform/SystemError.h"
 
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
 #include <cerrno>
-#include <system_error>
 
 namespace pelmora::platform {
 
 namespace {
 
-Error errorAt(const FilePath& file, const std::string& reason) {
+Error errorAt(const FilePath& file, const char* reason) {
   return Error{file.bytes() + ": " + reason};
-}
-
-Error systemErrorAt(const FilePath& file, int number) {
-  return errorAt(file, std::generic_category().message(number));
 }
 
 FileStamp stampFrom(const struct stat& facts) {
@@ -52,9 +48,9 @@ std::optional<FileStamp> stampOf(const FilePath& file) {
 
 Result<FileContents> FileContents::read(const FilePath& file, std::size_t limit) {
   const FileDescriptor descriptor(::open(file.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC));
-  if (!descriptor.isOpen()) return systemErrorAt(file, errno);
+  if (!descriptor.isOpen()) return systemError(file, errno);
   struct stat facts {};
-  if (::fstat(descriptor.get(), &facts) != 0) return systemErrorAt(file, errno);
+  if (::fstat(descriptor.get(), &facts) != 0) return systemError(file, errno);
   if (!S_ISREG(facts.st_mode)) return errorAt(file, "Not a regular file");
   const auto size = static_cast<std::size_t>(facts.st_size);
   if (size > limit) return errorAt(file, "The file is too large");
@@ -63,7 +59,7 @@ Result<FileContents> FileContents::read(const FilePath& file, std::size_t limit)
   contents._stamp = stampFrom(facts);
   contents._data = std::make_unique_for_overwrite<std::uint8_t[]>(size);
   const ssize_t got = readFully(descriptor.get(), contents._data.get(), size);
-  if (got < 0) return systemErrorAt(file, errno);
+  if (got < 0) return systemError(file, errno);
   contents._size = static_cast<std::size_t>(got);
   return contents;
 }

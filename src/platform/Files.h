@@ -30,7 +30,7 @@ struct FileIdentityHash {
 /// else.
 enum class EntryKind : std::uint8_t { file, folder, alias };
 
-/// What one look at a path tells, links not followed.
+/// What one look at a path tells.
 struct FileFacts {
   EntryKind kind = EntryKind::file;
   FileIdentity identity;
@@ -60,7 +60,7 @@ class Files {
   /// out.
   [[nodiscard]] virtual Result<std::shared_ptr<const Listing>> list(const FilePath& folder,
                                                                     FinalLink link) const = 0;
-  /// Facts about a path; nullopt when they cannot be read.
+  /// Facts about a path, or about what it leads to; nullopt when they cannot be read.
   [[nodiscard]] virtual std::optional<FileFacts> facts(const FilePath& path,
                                                        FinalLink link) const = 0;
   /// Where an alias leads: an existing path, or nullopt. For anything else a copy of `path`.

@@ -122,10 +122,7 @@ void Layer::setNeedsDisplayOnBoundsChange(bool needs) {
   _state->needsDisplayOnBoundsChange = needs;
 }
 
-void Layer::setNeedsDisplay() {
-  _state->needsDisplay = true;
-  pictureChanged();
-}
+void Layer::setNeedsDisplay() { _state->needsDisplay = true; }
 
 void Layer::setDelegate(LayerDelegate* delegate) { _state->delegate = delegate; }
 

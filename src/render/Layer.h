@@ -20,6 +20,7 @@ class LayerContext {
   struct Fill {
     Rect rect;
     Color color;
+    bool operator==(const Fill&) const = default;
   };
   void fillRect(const Rect& rect, const Color& color) { _fills.push_back({rect, color}); }
   [[nodiscard]] const std::vector<Fill>& fills() const { return _fills; }
@@ -92,6 +93,7 @@ class Layer : public std::enable_shared_from_this<Layer> {
 
   [[nodiscard]] bool needsDisplayOnBoundsChange() const;
   void setNeedsDisplayOnBoundsChange(bool needs);
+  /// The delegate draws the layer at the next commit; drawing the same again changes nothing.
   void setNeedsDisplay();
   /// Not owned; must be cleared before the delegate goes.
   void setDelegate(LayerDelegate* delegate);

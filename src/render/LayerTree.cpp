@@ -27,7 +27,7 @@ struct LayerTree::State : LayerObserver, std::enable_shared_from_this<State> {
 
   [[nodiscard]] LayerSnapshot snapshotOf(Layer& layer, double outerScale);
   void prepare(Layer::State& layer, double pictureScale) const;
-  void display(Layer& layer) const;
+  void display(Layer& layer);
 
   [[nodiscard]] bool holds(const Layer& layer) const;
   void beginUnseenAnimations();
@@ -78,13 +78,19 @@ void LayerTree::State::animationAdded(const std::shared_ptr<RunningAnimation>& a
   running.push_back(added);
 }
 
-void LayerTree::State::display(Layer& layer) const {
+/// Only a drawing that differs from the last is a change, so that a view which draws the same
+/// background again and again costs no frame.
+void LayerTree::State::display(Layer& layer) {
   Layer::State& state = *layer._state;
-  if (!std::exchange(state.needsDisplay, false) || state.delegate == nullptr) return;
-  LayerContext context;
-  state.delegate->drawLayer(&layer, context);
-  state.fills = context.fills();
-  state.pictureIsStale = true;
+  if (std::exchange(state.needsDisplay, false) && state.delegate != nullptr) {
+    LayerContext context;
+    state.delegate->drawLayer(&layer, context);
+    if (state.fills != context.fills()) {
+      state.fills = context.fills();
+      layer.pictureChanged();
+    }
+  }
+  for (const auto& sublayer : state.sublayers) display(*sublayer);
 }
 
 void LayerTree::State::prepare(Layer::State& layer, double pictureScale) const {
@@ -102,7 +108,6 @@ void LayerTree::State::prepare(Layer::State& layer, double pictureScale) const {
 }
 
 LayerSnapshot LayerTree::State::snapshotOf(Layer& layer, double outerScale) {
-  display(layer);
   Layer::State& state = *layer._state;
   const double ownScale = outerScale * state.scale;
   if (&layer != root.get()) prepare(state, ownScale);
@@ -209,6 +214,7 @@ void LayerTree::setScale(double scale) {
 }
 
 void LayerTree::commit() {
+  if (_state->presenter != nullptr) _state->display(*_state->root);
   if (_state->presenter != nullptr && std::exchange(_state->isDirty, false)) {
     const auto snapshot = std::make_shared<Snapshot>(
         Snapshot{_state->snapshotOf(*_state->root, _state->scale), _state->scale});

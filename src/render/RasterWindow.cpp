@@ -72,7 +72,6 @@ void RasterWindow::exposeEvent(QExposeEvent* /*event*/) {
 }
 
 void RasterWindow::resizeEvent(QResizeEvent* /*event*/) {
-  _store.resize(size());
   _compositor.invalidate();
   drawFrame();
 }
@@ -85,7 +84,10 @@ void RasterWindow::drawFrame() {
   stopFrames();
   // A window that was closed may still call itself exposed.
   if (!isExposed() || !handle() || size().isEmpty()) return;
-  if (_store.size() != size()) _store.resize(size());
+  if (_store.size() != size()) {
+    _store.resize(size());
+    _compositor.invalidate();
+  }
   static const Snapshot kBlack;
   const std::shared_ptr<const Snapshot> newest = _slot.newest();
   const Snapshot& snapshot = newest ? *newest : kBlack;

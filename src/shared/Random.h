@@ -17,7 +17,7 @@ constexpr float kRandomRange = 2147483648.0F;  // number of its results
 [[nodiscard]] double randomDoubleBetween(double lo, double hi);
 
 /// An integer in [lo, hi], computed in single precision: coarse for wide ranges, on purpose.
-/// With hi < lo the range is walked downward without its ends' correction, as it always was.
+/// With hi < lo the range is walked downward from lo, both ends included.
 [[nodiscard]] std::int32_t randomIntBetween(std::int32_t lo, std::int32_t hi);
 
 /// The origin (lower left) at which a box of `size` lies inside `rect`; x is drawn before y. A box

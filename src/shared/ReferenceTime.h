@@ -15,7 +15,8 @@ struct ReferenceTime {
 
   /// From POSIX time (seconds and nanoseconds since 1970-01-01T00:00:00Z).
   [[nodiscard]] static constexpr ReferenceTime fromPosix(long long seconds, long nanoseconds) {
-    return {static_cast<double>(seconds - kPosixSecondsAtReference) +
+    // Subtracted as doubles: a damaged file system may tell any number of seconds.
+    return {static_cast<double>(seconds) - static_cast<double>(kPosixSecondsAtReference) +
             static_cast<double>(nanoseconds) * 1e-9};
   }
 

@@ -2,7 +2,8 @@
 
 #include "sources/ContentsReader.h"
 
-#include <cstdio>
+#include <charconv>
+#include <iterator>
 #include <stdexcept>
 #include <string_view>
 #include <utility>
@@ -49,12 +50,16 @@ void PMFolder::addSpotlightFilename(std::string name) {
 }
 
 std::string PMFolder::description() const {
-  char numbers[400];  // a double may have 309 digits before its point
+  // Not by printf, which would write the decimal point of the user's language.
+  char digits[400];  // a double may have 309 before its point
+  const auto [end, error] =
+      std::to_chars(std::begin(digits), std::end(digits), priority, std::chars_format::fixed, 6);
   std::string text = "PMFolder: base=";
   text += isBaseFolder ? "1, " : "0, ";
   text += url.bytes();
-  std::snprintf(numbers, sizeof numbers, ", priority %f, screens ", priority);
-  text += numbers;
+  text += ", priority ";
+  text.append(digits, end);
+  text += ", screens ";
   text += screens.empty() ? "all" : screens;
   text += ", days " + std::to_string(days) + ", " + std::to_string(filenames->size()) + " files";
   return text;

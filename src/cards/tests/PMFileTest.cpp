@@ -78,7 +78,45 @@ void skipCaptionDraws() {
   static_cast<void>(randomIntBetween(1, 10));
 }
 
+/// A seed with which a framed card draws that number for its caption's colour.
+unsigned seedThatDraws(int number) {
+  for (unsigned seed = 0;; ++seed) {
+    srandom(seed);
+    static_cast<void>(randomIntBetween(0, 5));
+    if (randomIntBetween(1, 10) == number) return seed;
+  }
+}
+
+/// The darkest colour in the lowest rows of a card.
+QRgb inkOf(const QImage& artwork, int rows) {
+  const auto lightness = [](QRgb color) { return qRed(color) + qGreen(color) + qBlue(color); };
+  QRgb darkest = qRgb(255, 255, 255);
+  for (int y = artwork.height() - rows; y < artwork.height(); ++y) {
+    for (int x = 0; x < artwork.width(); ++x) {
+      const QRgb color = artwork.pixel(x, y);
+      if (lightness(color) < lightness(darkest)) darkest = color;
+    }
+  }
+  return darkest;
+}
+
 }  // namespace
+
+TEST_F(PMFileTest, writesItsCaptionBlackSevenTimesInTenElseInAColour) {
+  useFrame(1);
+  const std::pair<int, QRgb> inks[] = {{1, qRgb(0, 0, 0)},
+                                       {7, qRgb(0, 0, 0)},
+                                       {8, qRgb(0, 0, 128)},
+                                       {9, qRgb(204, 0, 0)},
+                                       {10, qRgb(0, 128, 26)}};
+  for (const auto& [drawn, expected] : inks) {
+    srandom(seedThatDraws(drawn));
+    const QRgb ink = inkOf(make(_image)->layer()->contents(), 108);
+    EXPECT_NEAR(qRed(ink), qRed(expected), 2) << drawn;
+    EXPECT_NEAR(qGreen(ink), qGreen(expected), 2) << drawn;
+    EXPECT_NEAR(qBlue(ink), qBlue(expected), 2) << drawn;
+  }
+}
 
 TEST_F(PMFileTest, showsThePictureItselfForAnyValueButOne) {
   for (const int value : {0, 2, -1}) {

@@ -14,23 +14,29 @@ namespace pelmora::host {
 
 namespace {
 
-/// Lets a test wait for a snapshot with a card.
+/// Lets a test wait for a snapshot with a card, or of a size.
 class AwaitedPresenter : public render::Presenter {
  public:
   void submit(std::shared_ptr<const render::Snapshot> snapshot) override {
     const std::lock_guard lock(_mutex);
     _hasCard = _hasCard || !snapshot->root.sublayers.empty();
+    _size = snapshot->root.bounds.size;
     _changed.notify_all();
   }
   [[nodiscard]] bool waitForCard() {
     std::unique_lock lock(_mutex);
     return _changed.wait_for(lock, std::chrono::seconds(20), [this] { return _hasCard; });
   }
+  [[nodiscard]] bool waitForSize(const Size& size) {
+    std::unique_lock lock(_mutex);
+    return _changed.wait_for(lock, std::chrono::seconds(20), [&] { return _size == size; });
+  }
 
  private:
   std::mutex _mutex;
   std::condition_variable _changed;
   bool _hasCard = false;
+  Size _size;
 };
 
 class ModuleThreadTest : public CommandFixture {
@@ -55,6 +61,12 @@ TEST_F(ModuleThreadTest, showsPicturesBesideTheThreadThatPresents) {
   EXPECT_TRUE(presenter.waitForCard());
   module.resize(0, {800, 600}, 2);
   module.resize(7, {800, 600}, 2);  // no such view
+}
+
+TEST_F(ModuleThreadTest, hearsOfAResizeThatComesBeforeItsViews) {
+  ModuleThread module(clock, displays, {}, places());
+  module.resize(0, {800, 600}, 2);
+  EXPECT_TRUE(presenter.waitForSize({800, 600}));
 }
 
 TEST_F(ModuleThreadTest, mayEndBeforeItHasBegun) {

@@ -44,6 +44,25 @@ TEST(RenderCommand, sizesThePreviewAlone) {
   EXPECT_EQ(request->displays[0].frame.size, (Size{1920, 1080}));
 }
 
+TEST(RenderCommand, takesScreenZeroForThePreview) {
+  const auto request = parse({"--out", "f", "--screen", "0", "--size", "300x200"});
+  ASSERT_TRUE(request);
+  EXPECT_EQ(request->screen, 0U);
+  EXPECT_EQ(request->previewSize, (Size{300, 200}));
+  EXPECT_EQ(request->displays[0].frame.size, (Size{1920, 1080}));
+}
+
+TEST(RenderCommand, countsTheFramesOfAFilmWithBothItsEnds) {
+  const auto countOf = [](const std::string& to, const std::string& fps) {
+    return parse({"--frames", "d", "--to", to, "--fps", fps})->frameCount();
+  };
+  EXPECT_EQ(countOf("0", "60"), 1);
+  EXPECT_EQ(countOf("0.3", "10"), 4);
+  EXPECT_EQ(countOf("0.39", "10"), 4);
+  EXPECT_EQ(countOf("99999.9", "10"), 1000000);
+  EXPECT_EQ(parse({"--out", "f"})->frameCount(), 0);
+}
+
 TEST(RenderCommand, filmsUpToTheMomentUnlessTold) {
   const auto request = parse({"--frames", "d", "--at", "3", "--fps", "25"});
   ASSERT_TRUE(request);
@@ -60,6 +79,8 @@ TEST(RenderCommand, refusesWhatMakesNoSense) {
   EXPECT_FALSE(parse({"--out", "f", "--scale", "9"}));
   EXPECT_FALSE(parse({"--out", "f", "--screen", "2"}));
   EXPECT_FALSE(parse({"--out", "f", "--from", "3", "--to", "2"}));
+  EXPECT_FALSE(parse({"--frames", "d", "--to", "9000000", "--fps", "1000"}));
+  EXPECT_FALSE(parse({"--out", "f", "--screen", "-1"}));
   EXPECT_FALSE(parse({"--out", "f", "--start", "noon"}));
   EXPECT_FALSE(parse({"--out", "f", "--preview", "--screen", "1"}));
   EXPECT_FALSE(parse({"--out", "f", "--size", "1x1", "--displays", "1x1+0+0"}));

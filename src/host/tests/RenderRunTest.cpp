@@ -44,6 +44,24 @@ TEST_F(RenderRunTest, writesAFilmFrameByFrame) {
   EXPECT_EQ(frames, 6U);
 }
 
+TEST_F(RenderRunTest, writesTheMomentAskedForAlsoWhenItLiesWithinAFilm) {
+  const std::vector<std::string> common{"render",  "--samples",           "--size", "160x100",
+                                        "--start", "2026-11-21T12:00:00", "--at",   "0.25"};
+  const auto runWith = [&](std::vector<std::string> more) {
+    more.insert(more.begin(), common.begin(), common.end());
+    const Outcome done = run(more);
+    EXPECT_EQ(done.status, ExitStatus::success) << done.error;
+  };
+  runWith({"--out", path("alone.png"), "--layers", path("alone.json")});
+  runWith({"--out", path("within.png"), "--layers", path("within.json"), "--frames", path("film"),
+           "--fps", "5", "--to", "0.6"});
+  EXPECT_FALSE(bytesOf("alone.png").empty());
+  EXPECT_EQ(bytesOf("within.png"), bytesOf("alone.png"));
+  EXPECT_EQ(bytesOf("within.json"), bytesOf("alone.json"));
+  EXPECT_FALSE(bytesOf("film/frame000003.png").empty());
+  EXPECT_NE(bytesOf("film/frame000003.png"), bytesOf("alone.png"));
+}
+
 TEST_F(RenderRunTest, endsWithTheStopSequence) {
   home.mkdir("Pictures");
   home.write("Pictures/a.jpg", "no picture");

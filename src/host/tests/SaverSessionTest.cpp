@@ -86,6 +86,26 @@ TEST_F(SaverSessionTest, drivesAllViewsEveryHalfSecond) {
   EXPECT_EQ(session.view(1).images().size(), 2U);
 }
 
+TEST_F(SaverSessionTest, givesNoFramesToAViewThatHasStopped) {
+  start();
+  session.startFrames();
+  session.view(0).stopAnimation();
+  const double lastChange = session.view(0).lastImageChangeTime();
+  fakes.scheduler.advanceTo(20);
+  EXPECT_EQ(session.view(0).lastImageChangeTime(), lastChange);
+  EXPECT_GT(session.view(1).lastImageChangeTime(), lastChange);
+}
+
+TEST_F(SaverSessionTest, drawsNothingAnewWhileThereIsNoPicture) {
+  fakes.images.failAll();
+  start();
+  session.startFrames();
+  session.commit();
+  const int submitted = presenters[0]->submitted;
+  fakes.scheduler.advanceTo(20);
+  EXPECT_EQ(presenters[0]->submitted, submitted);
+}
+
 TEST_F(SaverSessionTest, commitsWhatATurnChangedOnce) {
   start();
   session.startFrames();

@@ -1,9 +1,9 @@
 #include "platform/linux/FilePreferencesStore.h"
 
 #include "platform/AtomicFile.h"
-#include "platform/linux/FileDescriptor.h"
-#include "platform/linux/SystemError.h"
+#include "platform/FileDescriptor.h"
 #include "platform/linux/XdgBaseFolders.h"
+#include "platform/SystemError.h"
 
 #include <fcntl.h>
 #include <sys/file.h>

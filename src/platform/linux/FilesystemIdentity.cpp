@@ -1,6 +1,6 @@
 #include "platform/linux/FilesystemIdentity.h"
 
-#include "platform/linux/FileDescriptor.h"
+#include "platform/FileDescriptor.h"
 #include "platform/linux/PosixFiles.h"
 
 #include <fcntl.h>

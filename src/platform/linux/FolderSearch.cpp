@@ -1,6 +1,6 @@
 #include "platform/linux/FolderSearch.h"
 
-#include "platform/linux/FileDescriptor.h"
+#include "platform/FileDescriptor.h"
 #include "platform/linux/FolderEntries.h"
 #include "platform/linux/FolderIdentity.h"
 

@@ -1,13 +1,13 @@
 #include "platform/linux/PosixFiles.h"
 
+#include "platform/FileDescriptor.h"
 #include "platform/linux/CanonicalPath.h"
 #include "platform/linux/DesktopEntry.h"
-#include "platform/linux/FileDescriptor.h"
 #include "platform/linux/FileUrl.h"
 #include "platform/linux/FolderReader.h"
 #include "platform/linux/PackageName.h"
 #include "platform/linux/SmallFile.h"
-#include "platform/linux/SystemError.h"
+#include "platform/SystemError.h"
 
 #include <fcntl.h>
 #include <sys/stat.h>

@@ -1,7 +1,7 @@
 #include "platform/linux/SmallFile.h"
 
-#include "platform/linux/FileDescriptor.h"
-#include "platform/linux/SystemError.h"
+#include "platform/FileDescriptor.h"
+#include "platform/SystemError.h"
 
 #include <fcntl.h>
 #include <sys/stat.h>

@@ -1,6 +1,6 @@
 #include "platform/linux/VipsImageLoader.h"
 
-#include "platform/linux/FileDescriptor.h"
+#include "platform/FileDescriptor.h"
 #include "platform/linux/PictureLimits.h"
 
 #include <vips/vips.h>

@@ -4,6 +4,8 @@
 
 #include <gtest/gtest.h>
 
+#include <string>
+
 namespace pelmora::plist {
 
 namespace {
@@ -57,6 +59,14 @@ TEST(ArchiveObjects, opensOnlyKeyedArchives) {
   EXPECT_FALSE(opensWith("$top", Dictionary{{"root", Uid{2}}}));
   const Bytes array = writeBinary(Array{});
   EXPECT_FALSE(ArchiveObjects::open(array));
+}
+
+TEST(ArchiveObjects, looksForNoFieldAmongTooMany) {
+  Dictionary layout = smallest();
+  for (int i = 0; i < 60; ++i) layout["field " + std::to_string(i)] = i;
+  EXPECT_TRUE(opens(layout));
+  layout["one more"] = 0;
+  EXPECT_FALSE(opens(layout));
 }
 
 TEST(ArchiveObjects, hasNoClassForPlainObjects) {

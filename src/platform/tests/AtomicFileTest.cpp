@@ -2,7 +2,7 @@
 
 #include "platform/fake/TemporaryFolder.h"
 #include "platform/FileContents.h"
-#include "platform/linux/FileDescriptor.h"
+#include "platform/FileDescriptor.h"
 
 #include <fcntl.h>
 #include <gmock/gmock.h>

@@ -1,7 +1,7 @@
 #include "platform/linux/FolderReader.h"
 
 #include "platform/fake/TemporaryFolder.h"
-#include "platform/linux/FileDescriptor.h"
+#include "platform/FileDescriptor.h"
 
 #include <fcntl.h>
 

@@ -66,7 +66,6 @@ TEST(LayerTree, submitsAgainAfterEveryKindOfChange) {
                                            },
                                            [&] { layer->setRole("card"); },
                                            [&] { layer->setUrl("/a"); },
-                                           [&] { layer->setNeedsDisplay(); },
                                            [&] { layer->addAnimation(fade(1), "a"); },
                                            [&] { layer->removeAnimation("a"); },
                                            [&] { stage.tree.setScale(2); },
@@ -145,6 +144,40 @@ TEST(LayerTree, letsTheDelegateDrawALayerThatNeedsDisplay) {
   stage.root->setPosition({1, 1});
   stage.tree.commit();
   EXPECT_EQ(delegate.drawn, 1);
+}
+
+TEST(LayerTree, submitsNothingWhenALayerIsDrawnAsItWas) {
+  Stage stage;
+  FillingDelegate delegate;
+  const auto layer = stage.addLayer(kBounds, {1, 1});
+  for (Layer* drawn : {stage.root.get(), layer.get()}) {
+    drawn->setDelegate(&delegate);
+    drawn->setNeedsDisplay();
+  }
+  stage.tree.commit();
+  const auto picture = stage.latest().root.sublayers[0].picture;
+  EXPECT_TRUE(picture);
+  stage.root->setNeedsDisplay();
+  layer->setNeedsDisplay();
+  stage.tree.commit();
+  EXPECT_EQ(delegate.drawn, 4);
+  EXPECT_EQ(stage.presenter.snapshots.size(), 1U);
+  stage.root->setPosition({1, 1});
+  stage.tree.commit();
+  EXPECT_EQ(stage.latest().root.sublayers[0].picture, picture);
+}
+
+TEST(LayerTree, submitsWhatALayerIsDrawnAnew) {
+  Stage stage;
+  FillingDelegate delegate;
+  const auto layer = stage.addLayer(kBounds, {1, 1});
+  stage.tree.commit();
+  layer->setDelegate(&delegate);
+  layer->setNeedsDisplay();
+  stage.tree.commit();
+  ASSERT_EQ(stage.presenter.snapshots.size(), 2U);
+  EXPECT_EQ(stage.latest().root.sublayers[0].fills.size(), 1U);
+  EXPECT_TRUE(stage.latest().root.sublayers[0].picture);
 }
 
 TEST(LayerTree, drawsAgainOnABoundsChangeIfTheLayerNeedsIt) {

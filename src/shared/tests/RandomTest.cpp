@@ -34,11 +34,21 @@ TEST(Random, reachesEveryIntegerOfARange) {
 
 TEST(Random, walksAReversedRangeDownward) {
   srandom(3);
-  for (int i = 0; i < 1000; ++i) {
-    const int value = randomIntBetween(5, 2);  // count −4: 5, 4, 3, 2
-    EXPECT_GE(value, 2);
-    EXPECT_LE(value, 5);
+  std::vector<int> drawn;
+  for (int i = 0; i < 1000; ++i) drawn.push_back(randomIntBetween(5, 2));
+  srandom(3);
+  for (const int value : drawn) {
+    const float fraction = static_cast<float>(random()) / 2147483648.0F;
+    EXPECT_EQ(value, 5 - static_cast<int>(4 * fraction) % 4);  // 5, 4, 3, 2
   }
+}
+
+TEST(Random, givesTheFirstEndForTheHighestDraws) {
+  constexpr unsigned kSeedOfAHighDraw = 22100322;  // its first draw is 1 in single precision
+  srandom(kSeedOfAHighDraw);
+  EXPECT_EQ(randomIntBetween(3, 12), 3);
+  srandom(kSeedOfAHighDraw);
+  EXPECT_EQ(randomIntBetween(12, 3), 12);
 }
 
 TEST(Random, drawsXBeforeY) {

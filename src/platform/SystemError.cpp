@@ -1,4 +1,4 @@
-#include "platform/linux/SystemError.h"
+#include "platform/SystemError.h"
 
 #include <array>
 #include <cstring>
