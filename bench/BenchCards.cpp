@@ -29,25 +29,29 @@ void addEntrance(render::Layer& card, const Rect& screen) {
                      .duration = 1.0,
                      .timingFunction = easeOut,
                      .fromValue = Point{0.7 * screen.size.width, 0.4 * screen.size.height},
-                     .toValue = card.position()},
+                     .toValue = card.position(),
+                     .delegate = nullptr},
                     "FadeIn");
   card.addAnimation({.keyPath = KeyPath::scale,
                      .duration = 0.7,
                      .timingFunction = easeIn,
                      .fromValue = 1.3,
-                     .toValue = 1.0},
+                     .toValue = 1.0,
+                     .delegate = nullptr},
                     "TheScale");
   card.addAnimation({.keyPath = KeyPath::opacity,
                      .duration = 0.4,
                      .timingFunction = easeOut,
                      .fromValue = 0.0,
-                     .toValue = 1.0},
+                     .toValue = 1.0,
+                     .delegate = nullptr},
                     "TheOpacity");
   card.addAnimation({.keyPath = KeyPath::rotation,
                      .duration = kEntrance,
                      .timingFunction = easeOut,
                      .fromValue = 0.5,
-                     .toValue = card.rotation()},
+                     .toValue = card.rotation(),
+                     .delegate = nullptr},
                     "TheRotation");
 }
 

@@ -59,8 +59,9 @@ void benchPick() {
   sources::PMSourceList list(services);
   const SharedNames names = makeNameList({"a.jpg", "b.jpg", "c.jpg"});
   for (int i = 0; i < kFolders; ++i) {
-    auto record = std::make_shared<sources::PMFolder>(FilePath("/p/" + std::to_string(i)), false,
-                                                      nullptr, nullptr, names, 0.5, "", 127);
+    auto record = std::make_shared<sources::PMFolder>(
+        FilePath("/p/" + std::to_string(i)), false,
+        sources::PMFolder::Contents{.contentNames = names}, 0.5, "", 127);
     list.addFolder(record, 0, false);
   }
   std::vector<double> picks, firsts;

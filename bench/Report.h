@@ -13,10 +13,10 @@ struct Figure {
   std::string name;
   double value = 0;
   std::string unit;
-  std::string base;             // what it is compared with; empty: nothing
-  double baseValue = 0;         // in the same unit
-  std::optional<double> most;   // target: no more than this
-  std::optional<double> least;  // target: no less than this
+  std::string base = {};                       // what it is compared with; empty: nothing
+  double baseValue = 0;                        // in the same unit
+  std::optional<double> most = std::nullopt;   // target: no more than this
+  std::optional<double> least = std::nullopt;  // target: no less than this
 };
 
 /// Prints `name value unit ratio-to what target ok|short`, "-" for what does not apply.
@@ -28,6 +28,6 @@ void report(const Figure& figure);
 [[nodiscard]] double median(std::vector<double> values);
 
 /// Runs a command without a shell, its output thrown away, and gives its wall time in seconds.
-[[nodiscard]] double secondsOfCommand(const std::vector<std::string>& words);
+double secondsOfCommand(const std::vector<std::string>& words);
 
 }  // namespace pelmora::bench

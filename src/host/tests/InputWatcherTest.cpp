@@ -1,5 +1,6 @@
 #include "host/InputWatcher.h"
 
+#include <QGuiApplication>
 #include <QKeyEvent>
 #include <QMouseEvent>
 
@@ -8,6 +9,15 @@
 namespace pelmora::host {
 
 namespace {
+
+/// Events come from devices, and those are an application's.
+class Application {
+ private:
+  char _name[5] = "test";
+  char* _words[2] = {_name, nullptr};
+  int _count = 1;
+  QGuiApplication _application{_count, _words};
+};
 
 struct Watched {
   explicit Watched(InputWatcher::Ends ends) : watcher(ends, [this] { ++ended; }) {}
@@ -27,6 +37,7 @@ struct Watched {
     EXPECT_FALSE(watcher.eventFilter(nullptr, &event));
   }
 
+  Application application;
   int ended = 0;
   InputWatcher watcher;
 };
