@@ -222,6 +222,12 @@ void PMSourceList::addEnumOpToQueue(platform::OperationQueue& queue, FilePath fo
                                     const platform::Operation* ofWalk, SharedNames withSubfolders) {
   const auto operation = std::make_shared<AddFolderOp>(
       std::move(forFolder), forScreen, isBaseFolder, queue, *this, std::move(withSubfolders));
+  const bool findsNothing =
+      !isBaseFolder && operation->subfolders && operation->subfolders->empty();
+  if (findsNothing) {  // most folders of a walk: to queue it would take longer than to run it
+    operation->main();
+    return;
+  }
   queue.addOperation(operation);
   // Asked last: a cancellation of the queue finds either the new operation there or this one.
   if (ofWalk && ofWalk->isCancelled()) operation->cancel();

@@ -90,7 +90,8 @@ class PMSourceList {
   void addSpotlightFilename(std::uint64_t toFolderAtIndex, std::string name);
 
   /// Queues the enumeration of a folder. An operation that queues another as part of its walk names
-  /// itself, so that its cancellation holds for both, and what it knows of the folder.
+  /// itself, so that its cancellation holds for both, and what it knows of the folder. Where it
+  /// knows that there are no subfolders, the operation is run at once instead.
   void addEnumOpToQueue(platform::OperationQueue& queue, FilePath forFolder,
                         std::uint64_t forScreen, bool isBaseFolder,
                         const platform::Operation* ofWalk = nullptr,

@@ -12,6 +12,8 @@ class AddFolderOpTest : public SourcesTest {
     (void)temporary.write("p/a.jpg");
     (void)temporary.write("p/known/b.jpg");
     (void)temporary.write("p/unknown/c.jpg");
+    (void)temporary.mkdir("p/known/sub");
+    (void)temporary.mkdir("p/unknown/sub");
     queue.setSuspended(true);
   }
 

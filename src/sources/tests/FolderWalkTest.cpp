@@ -260,13 +260,17 @@ TEST_F(FolderWalkTest, setsAFoundRecordsPriorityAndScreensAnew) {
   EXPECT_EQ(record->filenames->size(), 3U);
 }
 
-TEST_F(FolderWalkTest, queuesAnOperationForEachSubfolder) {
+TEST_F(FolderWalkTest, queuesAnOperationForEachSubfolderThatHasSubfolders) {
   makeList();
   platform::OperationQueue queue({});
   queue.setSuspended(true);
+  (void)temporary.write("p/a/below/5.jpg");
   list->enumFolder(makeSource(), 0, true, queue, IdleOperation());
-  EXPECT_EQ(queue.operationCount(), 2U);
+  EXPECT_EQ(queue.operationCount(), 1U);
   EXPECT_EQ(records(), (Names{"p", "p/a", "p/b"}));
+  queue.setSuspended(false);
+  queue.waitUntilAllOperationsAreFinished();
+  EXPECT_EQ(records(), (Names{"p", "p/a", "p/a/below", "p/b"}));
 }
 
 TEST_F(FolderWalkTest, listsASubfolderOfWhichNothingIsKnown) {
