@@ -5,7 +5,7 @@
 #include <charconv>
 #include <iterator>
 #include <stdexcept>
-#include <string_view>
+#include <system_error>
 #include <utility>
 
 namespace pelmora::sources {
@@ -50,17 +50,14 @@ void PMFolder::addSpotlightFilename(std::string name) {
 }
 
 std::string PMFolder::description() const {
-  // Not by printf, which would write the decimal point of the user's language.
-  char digits[400];  // a double may have 309 before its point
+  char number[400];  // a double may have 309 digits before its point
   const auto [end, error] =
-      std::to_chars(std::begin(digits), std::end(digits), priority, std::chars_format::fixed, 6);
+      std::to_chars(number, std::end(number), priority, std::chars_format::fixed, 6);
   std::string text = "PMFolder: base=";
   text += isBaseFolder ? "1, " : "0, ";
-  text += url.bytes();
-  text += ", priority ";
-  text.append(digits, end);
-  text += ", screens ";
-  text += screens.empty() ? "all" : screens;
+  text += url.bytes() + ", priority ";
+  text.append(number, error == std::errc() ? end : number);
+  text += ", screens " + (screens.empty() ? "all" : screens);
   text += ", days " + std::to_string(days) + ", " + std::to_string(filenames->size()) + " files";
   return text;
 }
