@@ -28,7 +28,7 @@ TEST(Renderer, endsTheRunWhenTheGraphicsProcessorFails) {
   const auto presenter = makePresenterWindow(Renderer::gpu, clock);
   auto& window = dynamic_cast<QQuickWindow&>(presenter->window());
   const auto fail = [&window] {
-    emit window.sceneGraphError(QQuickWindow::ContextNotAvailable, "no context");
+    window.sceneGraphError(QQuickWindow::ContextNotAvailable, "no context");
   };
   QMetaObject::invokeMethod(&window, fail, Qt::QueuedConnection);
   testing::internal::CaptureStderr();
