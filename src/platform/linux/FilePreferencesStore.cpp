@@ -2,12 +2,12 @@
 
 #include "platform/AtomicFile.h"
 #include "platform/FileDescriptor.h"
+#include "platform/linux/MakeFolders.h"
 #include "platform/linux/XdgBaseFolders.h"
 #include "platform/SystemError.h"
 
 #include <fcntl.h>
 #include <sys/file.h>
-#include <sys/stat.h>
 
 #include <cerrno>
 #include <utility>
@@ -18,15 +18,6 @@ namespace {
 
 /// Far more than every setting and bookmark takes.
 constexpr std::size_t kLargestFile = 16 << 20;
-
-/// Makes a folder and those above it that are missing, for the user alone.
-Status makeFolders(const FilePath& folder) {
-  if (::mkdir(folder.c_str(), 0700) == 0 || errno == EEXIST) return Done{};
-  if (errno != ENOENT || folder == folder.parent()) return systemError(folder, errno);
-  if (Status above = makeFolders(folder.parent()); !above) return above;
-  if (::mkdir(folder.c_str(), 0700) == 0 || errno == EEXIST) return Done{};
-  return systemError(folder, errno);
-}
 
 /// Waits until no other process writes the preferences, then keeps them from it while it lives. The
 /// preferences themselves cannot be locked, as each writing replaces them.

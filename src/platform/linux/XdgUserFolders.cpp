@@ -1,5 +1,6 @@
 #include "platform/linux/XdgUserFolders.h"
 
+#include "platform/linux/MakeFolders.h"
 #include "platform/linux/SmallFile.h"
 #include "platform/linux/UserDirectories.h"
 
@@ -15,17 +16,6 @@ constexpr std::size_t kMaxUserDirectoriesBytes = 64 * 1024;
 bool isExistingFolder(const FilePath& path) {
   struct stat status {};
   return ::stat(path.c_str(), &status) == 0 && S_ISDIR(status.st_mode);
-}
-
-/// Makes the folder and what is missing above it; whether it is there now.
-bool makeFolders(const FilePath& folder) {
-  const std::string& bytes = folder.bytes();
-  for (std::size_t slash = bytes.find('/', 1); slash != std::string::npos;
-       slash = bytes.find('/', slash + 1)) {
-    ::mkdir(bytes.substr(0, slash).c_str(), 0700);
-  }
-  ::mkdir(folder.c_str(), 0700);
-  return isExistingFolder(folder);
 }
 
 std::vector<FilePath> onlyIf(bool there, const FilePath& folder) {
@@ -50,7 +40,8 @@ std::vector<FilePath> XdgUserFolders::pictures() const {
 std::vector<FilePath> XdgUserFolders::caches() const {
   const std::optional<FilePath> folder = cacheFolder(_environment);
   if (!folder) return {};
-  return onlyIf(isExistingFolder(*folder) || makeFolders(*folder), *folder);
+  const bool isMade = makeFolders(*folder).ok();
+  return onlyIf(isMade && isExistingFolder(*folder), *folder);
 }
 
 }  // namespace pelmora::platform
