@@ -84,15 +84,6 @@ void appendUtf8(char32_t codePoint, std::string& out) {
   }
 }
 
-std::size_t utf16Length(std::string_view utf8) {
-  std::size_t units = 0;
-  for (const char c : utf8) {
-    const auto byte = static_cast<unsigned char>(c);
-    if ((byte & 0xC0) != 0x80) units += byte >= 0xF0 ? 2 : 1;
-  }
-  return units;
-}
-
 void appendUtf16(std::string_view utf8, std::vector<std::uint8_t>& out) {
   const auto put = [&out](char32_t unit) {
     out.push_back(static_cast<std::uint8_t>(unit >> 8));

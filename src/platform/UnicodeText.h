@@ -23,8 +23,6 @@ namespace pelmora::plist {
 void appendUtf8(char32_t codePoint, std::string& out);
 
 /// `utf8` must be valid.
-[[nodiscard]] std::size_t utf16Length(std::string_view utf8);
-/// `utf8` must be valid.
 void appendUtf16(std::string_view utf8, std::vector<std::uint8_t>& out);
 /// nullopt for an odd number of bytes or an unpaired surrogate.
 [[nodiscard]] std::optional<std::string> utf8FromUtf16(std::span<const std::uint8_t> bytes);
