@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <array>
-#include <cctype>
 #include <string>
 
 namespace pelmora::platform {
@@ -28,7 +27,7 @@ constexpr auto kSuffixes =
                                      "xcodeproj",    "xcworkspace",   "xpc"});
 static_assert(std::is_sorted(kSuffixes.begin(), kSuffixes.end()));
 
-// All of them are shorter, and a longer suffix need not be looked up.
+// None of them is longer, so a longer suffix need not be looked up.
 constexpr std::size_t kLongestSuffix = 20;
 
 }  // namespace
@@ -38,9 +37,10 @@ bool isPackageName(std::string_view name) {
   if (dot == std::string_view::npos || dot == 0) return false;
   std::string suffix(name.substr(dot + 1));
   if (suffix.size() > kLongestSuffix) return false;
-  std::transform(suffix.begin(), suffix.end(), suffix.begin(), [](unsigned char letter) {
-    return static_cast<char>(letter < 0x80 ? std::tolower(letter) : letter);
-  });
+  // Not by tolower, which keeps the I of a Turkish user.
+  for (char& letter : suffix) {
+    if (letter >= 'A' && letter <= 'Z') letter = static_cast<char>(letter - 'A' + 'a');
+  }
   return std::binary_search(kSuffixes.begin(), kSuffixes.end(), suffix);
 }
 

@@ -17,6 +17,7 @@ TEST(PackageName, knowsTheSuffixesOfPackages) {
 
 TEST(PackageName, takesSuffixesInEitherCase) {
   EXPECT_TRUE(isPackageName("A.PhotosLibrary"));
+  EXPECT_TRUE(isPackageName("A.PHOTOSLIBRARY"));
   EXPECT_TRUE(isPackageName("A.APP"));
   EXPECT_TRUE(isPackageName("A.dSYM"));
 }
