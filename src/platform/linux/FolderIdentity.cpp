@@ -8,7 +8,7 @@ namespace pelmora::platform {
 
 namespace {
 
-constexpr std::int64_t kNanosecondsInSecond = 1'000'000'000;
+constexpr std::uint64_t kNanosecondsInSecond = 1'000'000'000;
 
 std::optional<FolderIdentity> identityOf(const FilePath& path, int linkFlag) {
   struct statx status {};
@@ -20,7 +20,10 @@ std::optional<FolderIdentity> identityOf(const FilePath& path, int linkFlag) {
   FolderIdentity identity{status.stx_ino, std::nullopt,
                           ::makedev(status.stx_dev_major, status.stx_dev_minor)};
   if ((status.stx_mask & STATX_BTIME) != 0) {
-    identity.birthTime = status.stx_btime.tv_sec * kNanosecondsInSecond + status.stx_btime.tv_nsec;
+    // Wraps around for a moment that a damaged filesystem tells: no worse than any other lie.
+    identity.birthTime = static_cast<std::int64_t>(
+        static_cast<std::uint64_t>(status.stx_btime.tv_sec) * kNanosecondsInSecond +
+        status.stx_btime.tv_nsec);
   }
   return identity;
 }
