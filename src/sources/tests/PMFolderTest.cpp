@@ -5,6 +5,7 @@
 
 #include <gmock/gmock.h>
 
+#include <clocale>
 #include <stdexcept>
 
 namespace pelmora::sources {
@@ -135,6 +136,15 @@ TEST_F(PMFolderTest, describesItself) {
   record.screens = "1,3";
   EXPECT_THAT(record.description(),
               StrEq("PMFolder: base=0, /p/q, priority 0.250000, screens 1,3, days 127, 2 files"));
+}
+
+TEST_F(PMFolderTest, describesItselfTheSameInEveryLanguage) {
+  PMFolder record;
+  record.priority = 0.25;
+  // Where the locale is not installed, this is the same test in the one that is set.
+  std::setlocale(LC_NUMERIC, "de_DE.UTF-8");
+  EXPECT_THAT(record.description(), testing::HasSubstr(", priority 0.250000, screens all, "));
+  std::setlocale(LC_NUMERIC, "C");
 }
 
 TEST_F(PMFolderTest, describesAnyPriority) {
