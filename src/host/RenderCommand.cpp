@@ -25,7 +25,7 @@ constexpr Option kOptions[] = {
     {"fps", "N", "frames of a film in a second (default 60)"},
     {"from", "SECONDS", "where a film begins (default 0)"},
     {"to", "SECONDS", "where a film ends (default: --at)"},
-    {"no-settle", nullptr, "do not wait for the folders to be walked"},
+    {"no-settle", nullptr, "do not wait for the folders to be walked: no two runs are alike then"},
     {"samples", nullptr, "show painted sample pictures to a user who has none"},
     {"verbose", nullptr, "write the log to standard error too"},
     {"help", nullptr, "show this help"},

@@ -5,7 +5,6 @@
 #include "host/OffscreenPresenter.h"
 #include "host/RenderCommand.h"
 #include "host/SaverSession.h"
-#include "platform/AtomicFile.h"
 #include "platform/linux/SystemClock.h"
 #include "platform/OperationQueue.h"
 #include "platform/SteppedTime.h"
@@ -20,7 +19,9 @@
 
 #include <cstdio>
 #include <cstdlib>
+#include <cstring>
 #include <filesystem>
+#include <fstream>
 #include <thread>
 
 namespace pelmora::host {
@@ -37,14 +38,13 @@ class RequestedDisplays : public platform::Displays {
   const std::vector<platform::Display>& _screens;
 };
 
+/// With the mode that the user's umask gives, to whatever the path names.
 Status writeFile(const std::string& path, const QByteArray& bytes) {
-  std::error_code problem;
-  const auto absolute = std::filesystem::absolute(path, problem);
-  if (problem) return Error{path + ": " + problem.message()};
-  const auto* data = reinterpret_cast<const std::uint8_t*>(bytes.constData());
-  const Status written = platform::writeAtomically(FilePath(absolute.string()),
-                                                   {data, static_cast<std::size_t>(bytes.size())});
-  if (!written) return Error{path + ": " + written.error().message};
+  errno = 0;
+  std::ofstream file(path, std::ios::binary);
+  file.write(bytes.constData(), bytes.size());
+  file.close();
+  if (!file) return Error{path + ": " + std::strerror(errno != 0 ? errno : EIO)};
   return Done{};
 }
 

@@ -61,6 +61,12 @@ std::string describeScreens(const std::vector<platform::Display>& screens) {
   return text + ")";
 }
 
+std::string describeFolders(const std::vector<FilePath>& folders) {
+  std::string text = "(";
+  for (const FilePath& folder : folders) text += (text.size() > 1 ? ", " : "") + folder.bytes();
+  return text + ")";
+}
+
 /// The stored number of cards; a value that makes no sense is said and the default taken.
 std::uint64_t storedNumImages(const platform::Services& services) {
   const std::int64_t stored = services.preferences.integerForKey("NumImages");
@@ -265,7 +271,7 @@ void PelmoraView::startAnimation() {
 void PelmoraView::prepareDisplayList() {
   platform::Log& log = _services.log;
   const std::vector<FilePath> caches = _services.userFolders.caches();
-  log.print("Pelmora: Cache folder: %s", caches.empty() ? "()" : caches.front().c_str());
+  log.print("Pelmora: Cache folder: %s", describeFolders(caches).c_str());
   if (caches.empty()) return;
   const FilePath folder = caches.front() / kApplicationName;
   if (!exists(folder) && mkdir(folder.c_str(), 0700) != 0) {

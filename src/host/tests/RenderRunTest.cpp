@@ -2,6 +2,7 @@
 
 #include "host/tests/CommandRun.h"
 
+#include <sys/stat.h>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
@@ -68,6 +69,13 @@ TEST_F(RenderRunTest, endsWithTheStopSequence) {
   run({"render", "--out", path("f.png"), "--size", "32x20"});
   EXPECT_FALSE(bytesOf(".cache/Pelmora/FolderCache.plist").empty());
   EXPECT_TRUE(std::filesystem::exists(path(".cache/Pelmora/Screen 1 Log.txt")));
+}
+
+TEST_F(RenderRunTest, leavesTheModeOfItsFilesToTheUser) {
+  const mode_t before = umask(0022);
+  run({"render", "--out", path("f.png"), "--size", "32x20"});
+  umask(before);
+  EXPECT_EQ(std::filesystem::status(path("f.png")).permissions(), std::filesystem::perms(0644));
 }
 
 TEST_F(RenderRunTest, saysWhereItCannotWrite) {

@@ -131,6 +131,9 @@ TEST_F(AnimationCycle, aCountOrDelayThatMakesNoSenseIsSaidAndTheDefaultTaken) {
 
 TEST_F(AnimationCycle, makesItsFolderAndAnEmptyListAtTheStart) {
   startView();
+  EXPECT_EQ(fakes.log.count("Pelmora: Cache folder: (" +
+                            fakes.userFolders.cachesFolders.front().bytes() + ")"),
+            1U);
   EXPECT_EQ(contentsOf(displayList()), u"");
   EXPECT_EQ(fakes.log.count("Pelmora: Created cache file: " + displayList().bytes()), 1U);
 }
