@@ -19,7 +19,10 @@ const SharedNames& noNames() {
   return none;
 }
 
-SharedNames orNone(SharedNames names) { return names ? std::move(names) : noNames(); }
+SharedNames orNone(SharedNames names) {
+  if (!names) return noNames();
+  return names;
+}
 
 class NameSorter {
  public:

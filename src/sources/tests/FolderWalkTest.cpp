@@ -10,7 +10,8 @@ namespace {
 
 using Call = platform::CountingFiles::Call;
 
-/// Does something just after a folder was listed.
+/// Does something just after a folder was listed, and knows of a folder that it has subfolders, as
+/// file systems do that count them.
 class ListeningFiles : public platform::CountingFiles {
  public:
   using CountingFiles::CountingFiles;
@@ -22,7 +23,15 @@ class ListeningFiles : public platform::CountingFiles {
     return listing;
   }
 
+  [[nodiscard]] std::optional<platform::FileFacts> facts(const FilePath& path,
+                                                         platform::FinalLink link) const override {
+    auto facts = CountingFiles::facts(path, link);
+    if (facts && path == withSubfolders) facts->hasSubfolders = true;
+    return facts;
+  }
+
   std::function<void(const FilePath&)> afterList;
+  FilePath withSubfolders;
 };
 
 class FolderWalkTest : public SourcesTest {
@@ -284,12 +293,13 @@ TEST_F(FolderWalkTest, listsASubfolderOfWhichNothingIsKnown) {
 TEST_F(FolderWalkTest, finishesAWalkThatWasCutShortWhereTheFileSystemCountsFolders) {
   const FilePath source = makeSource();
   (void)temporary.write("p/a/below/5.jpg");
-  // Elsewhere nothing tells that the cached folder has subfolders, and it stays as it was left.
-  const bool counted = fakes.files.facts(source / "a", platform::FinalLink::refuse)->hasSubfolders;
+  files.withSubfolders = source / "a";
   cache().addFolder(source, makeNameList({"1.jpg"}), makeNameList({"a"}));
   cache().addFolder(source / "a", makeNameList({"3.jpg"}), nullptr);
-  load({{.folder = source}});
-  EXPECT_EQ(records(), counted ? (Names{"p", "p/a", "p/a/below"}) : (Names{"p", "p/a"}));
+  setSources({{.folder = source}});
+  makeListeningList().loadSourcesFromPrefs(fakes.preferences, true, false);
+  list->enumQueue().waitUntilAllOperationsAreFinished();
+  EXPECT_EQ(records(), (Names{"p", "p/a", "p/a/below"}));
 }
 
 TEST_F(FolderWalkTest, findsNothingInAFolderThatCannotBeListed) {

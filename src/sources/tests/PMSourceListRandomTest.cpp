@@ -4,6 +4,7 @@
 
 #include "platform/fake/FakeMetadataQuery.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <cstdlib>
 #include <map>
@@ -60,8 +61,8 @@ TEST_F(PMSourceListRandomTest, drawsTheOnlyRecordAlways) {
 TEST_F(PMSourceListRandomTest, drawsByFilesAndChance) {
   const auto a = add("/a", 10, 1.0);
   const auto b = add("/b", 10, 0.5);
-  std::vector<std::uint64_t> numbers;
-  for (int i = 0; i < 100; ++i) numbers.push_back(nextDraw(15));
+  std::vector<std::uint64_t> numbers(100);
+  std::generate(numbers.begin(), numbers.end(), [] { return nextDraw(15); });
   srandom(42);
   for (const std::uint64_t number : numbers) {
     EXPECT_EQ(list->randomFolderForScreen(0), number < 10 ? a : b) << number;

@@ -68,6 +68,7 @@ TEST_F(PMSourceListTest, isMadeOnceEvenUnderConcurrentFirstCalls) {
   PMSourceList::endSharedSourceList();
   std::vector<std::shared_ptr<PMSourceList>> lists(4);
   std::vector<std::thread> threads;
+  threads.reserve(lists.size());
   for (auto& made : lists) {
     threads.emplace_back([this, &made] { made = PMSourceList::sharedSourceList(services); });
   }

@@ -10,8 +10,8 @@ namespace pelmora::sources {
 
 TEST(RandomIndex, drawsInSinglePrecision) {
   srandom(7);
-  std::vector<float> fractions;
-  for (int i = 0; i < 100; ++i) fractions.push_back(static_cast<float>(random()) / 2147483648.0F);
+  std::vector<float> fractions(100);
+  for (float& fraction : fractions) fraction = static_cast<float>(random()) / 2147483648.0F;
   srandom(7);
   for (const float fraction : fractions) {
     EXPECT_EQ(randomIndexBetween(5, 104), 5 + static_cast<std::uint64_t>(100.0F * fraction));

@@ -16,6 +16,13 @@ namespace pelmora::sources {
 
 /// A source list over folders of the test's own, with a folder cache that is empty at first.
 class SourcesTest : public testing::Test {
+ public:
+  SourcesTest() { cache::FolderCache::endSharedCache(); }
+  ~SourcesTest() override {
+    list.reset();
+    cache::FolderCache::endSharedCache();
+  }
+
  protected:
   struct Source {
     FilePath folder;
@@ -24,12 +31,6 @@ class SourcesTest : public testing::Test {
     std::string screens = {};
     bool enabled = true;
   };
-
-  SourcesTest() { cache::FolderCache::endSharedCache(); }
-  ~SourcesTest() override {
-    list.reset();
-    cache::FolderCache::endSharedCache();
-  }
 
   PMSourceList& makeList() {
     list = std::make_unique<PMSourceList>(services);
