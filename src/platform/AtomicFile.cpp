@@ -19,6 +19,7 @@ namespace pelmora::platform {
 
 namespace {
 
+constexpr int kMostAttempts = 100;
 constexpr std::string_view kUnique = "XXXXXX";  // what mkostemp fills in
 
 std::string temporaryPrefix(const FilePath& file) {
@@ -57,16 +58,19 @@ class TemporaryFile {
 
 std::optional<TemporaryFile> TemporaryFile::makeFor(const FilePath& file) {
   // A sweep that comes between the making and the locking takes the file away: then make another.
-  for (;;) {
+  for (int attempt = 0; attempt < kMostAttempts; ++attempt) {
     std::string path = (file.parent() / (temporaryPrefix(file) + std::string(kUnique))).bytes();
     FileDescriptor descriptor(::mkostemp(path.data(), O_CLOEXEC));
     if (!descriptor.isOpen()) return std::nullopt;
     TemporaryFile made(std::move(path), std::move(descriptor));
     struct stat facts {};
-    if (!lock(made._descriptor.get(), LOCK_EX)) return std::nullopt;
+    // Where nothing can be locked, as on some network folders, nothing is swept either.
+    if (!lock(made._descriptor.get(), LOCK_EX)) return made;
     if (::fstat(made._descriptor.get(), &facts) != 0) return std::nullopt;
     if (facts.st_nlink > 0) return made;
   }
+  errno = EBUSY;
+  return std::nullopt;
 }
 
 bool TemporaryFile::write(std::span<const std::uint8_t> bytes) {

@@ -1,33 +1,10 @@
-#include "host/Command.h"
-
-#include <gtest/gtest.h>
-
-#include <string>
-#include <vector>
+#include "host/tests/CommandRun.h"
 
 namespace pelmora::host {
 
-namespace {
+class CommandTest : public CommandFixture {};
 
-struct Outcome {
-  ExitStatus status;
-  std::string out;
-  std::string error;
-};
-
-Outcome run(std::vector<std::string> words) {
-  words.insert(words.begin(), "pelmora");
-  std::vector<char*> pointers;
-  for (std::string& word : words) pointers.push_back(word.data());
-  testing::internal::CaptureStdout();
-  testing::internal::CaptureStderr();
-  const ExitStatus status = runProgram(pointers);
-  return {status, testing::internal::GetCapturedStdout(), testing::internal::GetCapturedStderr()};
-}
-
-}  // namespace
-
-TEST(Command, listsItsCommandsInTheHelp) {
+TEST_F(CommandTest, listsItsCommandsInTheHelp) {
   const Outcome help = run({"--help"});
   EXPECT_EQ(help.status, ExitStatus::success);
   for (const char* name : {"window", "render", "defaults", "sources"}) {
@@ -35,7 +12,7 @@ TEST(Command, listsItsCommandsInTheHelp) {
   }
 }
 
-TEST(Command, everyCommandHasHelp) {
+TEST_F(CommandTest, everyCommandHasHelp) {
   for (const char* name : {"window", "render", "defaults", "sources"}) {
     const Outcome help = run({name, "--help"});
     EXPECT_EQ(help.status, ExitStatus::success) << name;
@@ -43,7 +20,7 @@ TEST(Command, everyCommandHasHelp) {
   }
 }
 
-TEST(Command, saysWhatIsWrongAndWhereTheHelpIs) {
+TEST_F(CommandTest, saysWhatIsWrongAndWhereTheHelpIs) {
   const Outcome unknown = run({"dance"});
   EXPECT_EQ(unknown.status, ExitStatus::badUsage);
   EXPECT_EQ(
@@ -54,11 +31,11 @@ TEST(Command, saysWhatIsWrongAndWhereTheHelpIs) {
   EXPECT_EQ(render.error.find("pelmora render: the option '--bogus' is not known\n"), 0U);
 }
 
-TEST(Command, refusesOptionsThatTheSaverDoesNotKnow) {
+TEST_F(CommandTest, refusesOptionsThatTheSaverDoesNotKnow) {
   EXPECT_EQ(run({"--bogus"}).status, ExitStatus::badUsage);
   EXPECT_EQ(run({"--renderer", "magic"}).status, ExitStatus::badUsage);
 }
 
-TEST(Command, tellsItsVersion) { EXPECT_EQ(run({"--version"}).out.find("pelmora "), 0U); }
+TEST_F(CommandTest, tellsItsVersion) { EXPECT_EQ(run({"--version"}).out.find("pelmora "), 0U); }
 
 }  // namespace pelmora::host

@@ -244,8 +244,14 @@ TEST_F(LinuxBookmarksTest, worksWithTheMountsOfThisProcess) {
   const LinuxBookmarks real(clock);
   const plist::Bytes bookmark = real.make(photos).value();
   EXPECT_EQ(real.resolve(bookmark).value(), photos);
+  const FilePath renamed = temporary.path() / "stick/mine/pictures";
   move("stick/mine/photos", "stick/mine/pictures");
-  EXPECT_EQ(real.resolve(bookmark).value(), temporary.path() / "stick/mine/pictures");
+  // With a changed root the mount that the folder is on may be unknown; nothing is searched then.
+  const Result<FilePath> found = real.resolve(bookmark);
+  EXPECT_EQ(found.ok(), MountTable::ofThisProcess().mountOf(renamed) != nullptr);
+  if (found) {
+    EXPECT_EQ(*found, renamed);
+  }
 }
 
 }  // namespace pelmora::platform

@@ -49,7 +49,8 @@ TEST(MountTable, passesOverDamagedLines) {
 }
 
 TEST(MountTable, knowsTheMountsOfThisProcess) {
-  EXPECT_NE(MountTable::ofThisProcess().mountOf(FilePath("/")), nullptr);
+  // What it is read from is mounted, whatever else is.
+  EXPECT_NE(MountTable::ofThisProcess().mountOf(FilePath("/proc")), nullptr);
 }
 
 TEST(Mount, translatesPathsBothWays) {
