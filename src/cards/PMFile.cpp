@@ -38,7 +38,7 @@ Color randomCaptionColor() {
 }
 
 bool wantsFrame(const OwnerView* ownerView) {
-  return !ownerView || ownerView->services().preferences.integerForKey("UsePolaroid") == 1;
+  return !ownerView || ownerView->services().preferences.isOn("UsePolaroid");
 }
 
 QImage framedArtwork(const FilePath& url, const platform::Image& image, OwnerView* ownerView) {

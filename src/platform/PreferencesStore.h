@@ -30,6 +30,8 @@ class PreferencesStore {
   /// 0 for what is missing or no number.
   [[nodiscard]] std::int64_t integerForKey(std::string_view key) const;
   [[nodiscard]] double doubleForKey(std::string_view key) const;
+  /// Whether a checkbox's key turns its feature on: 1 alone does, of all numbers.
+  [[nodiscard]] bool isOn(std::string_view key) const { return integerForKey(key) == 1; }
   /// nullopt for what is missing or of another type.
   [[nodiscard]] std::optional<plist::Array> arrayForKey(std::string_view key) const;
   [[nodiscard]] std::optional<plist::Dictionary> dictionaryForKey(std::string_view key) const;

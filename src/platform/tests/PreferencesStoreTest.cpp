@@ -27,6 +27,17 @@ TEST(PreferencesStore, readsZeroForWhatIsMissingOrNoNumber) {
   EXPECT_EQ(store.doubleForKey("missing"), 0.0);
 }
 
+TEST(PreferencesStore, onlyTheValueOneTurnsACheckboxOn) {
+  MemoryPreferencesStore store;
+  EXPECT_FALSE(store.isOn("ShowiTunesTrack"));
+  for (const int value : {0, 2, -1}) {
+    store.setObject("ShowiTunesTrack", value);
+    EXPECT_FALSE(store.isOn("ShowiTunesTrack")) << value;
+  }
+  store.setObject("ShowiTunesTrack", 1);
+  EXPECT_TRUE(store.isOn("ShowiTunesTrack"));
+}
+
 TEST(PreferencesStore, readsContainersOfTheirOwnTypeOnly) {
   MemoryPreferencesStore store;
   store.setObject("Sources", plist::Array{1, 2});
