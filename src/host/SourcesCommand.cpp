@@ -48,9 +48,10 @@ Place placeOf(const PreferenceTools& tools, const plist::Dictionary& entry) {
   return {record ? record->path.bytes() : "", false};
 }
 
-plist::Value valueOr(const plist::Dictionary& entry, const char* key, plist::Value fallback) {
+plist::Value valueOr(const plist::Dictionary& entry, const char* key,
+                     const plist::Value& fallback) {
   const auto found = entry.find(key);
-  return found == entry.end() ? std::move(fallback) : found->second;
+  return found == entry.end() ? fallback : found->second;
 }
 
 std::string describeEntry(const plist::Dictionary& entry, const Place& place) {
