@@ -81,6 +81,14 @@ class Cards(judge.JudgedCase):
             shown = {os.path.dirname(card.path) for card in saver.views[0].cards}
             self.assertEqual(shown, {day, weekend})
 
+    def test_midnight_changes_the_folders(self):
+        saturday = self.home.add_pictures("saturday", ["a.png", "b.png"])
+        sunday = self.home.add_pictures("sunday", ["c.png", "d.png"])
+        self.show(source(saturday, days=64), source(sunday, days=1), NumImages=20)
+        saver = self.judge(at=32.1, start="2026-11-21T23:59:50")
+        shown = [os.path.dirname(card.path) for card in saver.views[0].cards]
+        self.assertEqual(shown, 5 * [saturday] + 3 * [sunday])
+
     def test_screens_choose_the_folders(self):
         names = ["a.png", "b.png", "c.png"]
         for screens in ("", "1", "2", "12", "3"):

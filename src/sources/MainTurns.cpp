@@ -2,6 +2,7 @@
 
 #include <condition_variable>
 #include <mutex>
+#include <utility>
 
 namespace pelmora::sources {
 
@@ -26,15 +27,27 @@ void MainTurns::runAndWait(const Task& task) {
     return;
   }
   const auto isDone = std::make_shared<bool>(false);
-  _scheduler.post([state = _state, task, isDone] {
+  post(task, isDone);
+  std::unique_lock lock(_state->mutex);
+  _state->changed.wait(lock, [this, &isDone] { return *isDone || _state->ended; });
+}
+
+void MainTurns::run(const Task& task) {
+  if (_scheduler.isMainThread()) {
+    task();
+  } else {
+    post(task, std::make_shared<bool>(false));
+  }
+}
+
+void MainTurns::post(const Task& task, std::shared_ptr<bool> isDone) {
+  _scheduler.post([state = _state, task, isDone = std::move(isDone)] {
     if (state->hasEnded()) return;
     task();
     const std::lock_guard lock(state->mutex);
     *isDone = true;
     state->changed.notify_all();
   });
-  std::unique_lock lock(_state->mutex);
-  _state->changed.wait(lock, [this, &isDone] { return *isDone || _state->ended; });
 }
 
 void MainTurns::end() {

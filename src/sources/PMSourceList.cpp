@@ -18,6 +18,9 @@ namespace pelmora::sources {
 
 namespace {
 
+/// The day is over by then, however the timer is rounded.
+constexpr double kAfterMidnight = 10.0;
+
 struct Shared {
   std::mutex mutex;  // guards the pointer
   std::shared_ptr<PMSourceList> list;
@@ -51,9 +54,27 @@ PMSourceList::PMSourceList(const platform::Services& services)
   const std::size_t numDisplays = _services.displays.screens().size();
   _services.log.print("Pelmora: NSScreen.screens.count = %zu", numDisplays);
   _weightsSums.resize(numDisplays + 1);
+  _mainTurns.run([this] { scheduleDayChange(); });
 }
 
-PMSourceList::~PMSourceList() { _mainTurns.end(); }
+PMSourceList::~PMSourceList() {
+  if (_dayTimer) _services.scheduler.cancel(*_dayTimer);
+  _mainTurns.end();
+}
+
+void PMSourceList::scheduleDayChange() {
+  const ReferenceTime now = _services.clock.now();
+  const double interval = platform::beginOfNextDay(now).seconds - now.seconds + kAfterMidnight;
+  _dayTimer = _services.scheduler.after(interval, [this] { changeDayCallback(); });
+}
+
+void PMSourceList::changeDayCallback() {
+  _services.log.print("A new day has dawned. Old day: %d", currentDay());
+  _currentDay = platform::weekday(_services.clock.now()) - 1;
+  _services.log.print("A new day has dawned. New day: %d", currentDay());
+  resetWeights();
+  scheduleDayChange();
+}
 
 void PMSourceList::loadSourcesFromPrefs(platform::PreferencesStore& prefs, bool enumerateFolders,
                                         bool doSecurityScoped) {

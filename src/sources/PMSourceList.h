@@ -112,6 +112,11 @@ class PMSourceList {
   /// Every weight is computed anew at its next use.
   void resetWeights();
 
+  /// Ten seconds after each midnight, on main: from now on the folders of the new day are shown.
+  /// Nothing is loaded anew. A clock that was set, or a machine that slept, makes it early or late;
+  /// the day is read from the clock when it runs.
+  void changeDayCallback();
+
   /// Starts or ends the use of a metadata filter; whoever sets it starts and stops it. Main.
   void setQueer(std::unique_ptr<platform::MetadataQuery> query);
   /// Main.
@@ -137,6 +142,7 @@ class PMSourceList {
  private:
   struct Draw;
 
+  void scheduleDayChange();
   void loadSources(const plist::Array& stored, bool enumerateFolders);
   void setSources(std::vector<SourceEntry> entries);
   bool append(const std::shared_ptr<PMFolder>& record, std::uint64_t forScreen,
@@ -169,6 +175,7 @@ class PMSourceList {
   std::int32_t _numLoaders = 0;
   bool _usesSecurityScoped = false;
   std::unique_ptr<platform::MetadataQuery> _queer;
+  std::optional<platform::Scheduler::TimerId> _dayTimer;
 
   MainTurns _mainTurns;
   platform::OperationQueue _enumQueue;  // last: its end waits for operations that use all above

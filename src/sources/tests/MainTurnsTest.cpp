@@ -34,6 +34,23 @@ TEST(MainTurns, runAWorkersTaskOnMainWhileItWaits) {
   worker.join();
 }
 
+TEST(MainTurns, runATaskWithoutAWaitAtOnceOnMainAndLaterForOthers) {
+  platform::SteppedClock clock;
+  platform::SteppedScheduler scheduler(clock);
+  MainTurns turns(scheduler);
+  int runs = 0;
+  turns.run([&] { ++runs; });
+  EXPECT_EQ(runs, 1);
+  std::thread([&] { turns.run([&] { ++runs; }); }).join();
+  EXPECT_EQ(runs, 1);
+  scheduler.runPosted();
+  EXPECT_EQ(runs, 2);
+  std::thread([&] { turns.run([&] { ++runs; }); }).join();
+  turns.end();
+  scheduler.runPosted();
+  EXPECT_EQ(runs, 2);
+}
+
 TEST(MainTurns, letWorkersGoAtTheEnd) {
   platform::SteppedClock clock;
   platform::SteppedScheduler scheduler(clock);

@@ -52,6 +52,9 @@ class PMSourceListTest : public SourcesTest {
     waiter.join();
   }
 
+  /// From the start of the test's clock, which is 13:00 in the time zone of the tests.
+  static constexpr double kUntilMidnight = 11 * 3600;
+
   const FilePath p = temporary.path() / "p";
   const FilePath q = temporary.path() / "q";
   const std::string failedLock =
@@ -93,6 +96,55 @@ TEST_F(PMSourceListTest, startsWithTheDayAndAWeightForEachDisplay) {
   EXPECT_EQ(&list->fileMan(), &fakes.files);
   EXPECT_EQ(list->enumQueue().config().qualityOfService, platform::QualityOfService::background);
   EXPECT_EQ(list->enumQueue().config().maxConcurrentOperations, services.enumerationConcurrency);
+}
+
+TEST_F(PMSourceListTest, changesTheDayTenSecondsAfterMidnight) {
+  fakes.clock.setNow({fakes.clock.now().seconds + kUntilMidnight - 10});  // 23:59:50
+  makeList();
+  fakes.scheduler.advanceBy(19.9);
+  EXPECT_EQ(list->currentDay(), 6);
+  EXPECT_THAT(fakes.log.lines(), IsEmpty());
+  fakes.scheduler.advanceBy(0.1);
+  EXPECT_EQ(list->currentDay(), 0);
+  EXPECT_EQ(fakes.log.lines(),
+            (Names{"A new day has dawned. Old day: 6", "A new day has dawned. New day: 0"}));
+}
+
+TEST_F(PMSourceListTest, changesTheDayEveryDay) {
+  makeList();
+  for (const int day : {0, 1, 2, 3, 4, 5, 6, 0}) {
+    fakes.scheduler.advanceBy(24 * 3600);
+    EXPECT_EQ(list->currentDay(), day);
+  }
+}
+
+TEST_F(PMSourceListTest, showsTheFoldersOfTheNewDayWithoutLoadingThem) {
+  load({{.folder = p, .days = 64}, {.folder = q, .days = 1}});
+  EXPECT_EQ(list->randomFolderForScreen(1)->url, p);
+  const auto records = list->dirItems();
+  fakes.scheduler.advanceBy(kUntilMidnight + 10);
+  EXPECT_EQ(list->weightsSums(), (std::vector<std::uint64_t>{0, 0}));
+  EXPECT_EQ(list->randomFolderForScreen(1)->url, q);
+  EXPECT_EQ(list->dirItems(), records);
+}
+
+TEST_F(PMSourceListTest, readsTheDayAnewWhenTheClockWasSetMeanwhile) {
+  makeList();
+  fakes.clock.setNow({fakes.clock.now().seconds + 2 * 24 * 3600});
+  fakes.scheduler.advanceBy(kUntilMidnight + 9);
+  EXPECT_EQ(list->currentDay(), 6);  // the timer stays where it was
+  fakes.scheduler.advanceBy(1);
+  EXPECT_EQ(list->currentDay(), 2);
+  // From now on it follows the clock as it is.
+  fakes.scheduler.advanceBy(24 * 3600);
+  EXPECT_EQ(list->currentDay(), 3);
+}
+
+TEST_F(PMSourceListTest, isNotCalledForANewDayAfterItsEnd) {
+  makeList();
+  list.reset();
+  fakes.scheduler.advanceBy(24 * 3600);
+  EXPECT_THAT(fakes.log.lines(), IsEmpty());
 }
 
 TEST_F(PMSourceListTest, loadsTheSourcesInTheirOrder) {
