@@ -20,6 +20,12 @@ if(PELMORA_SANITIZE)
   add_link_options(-fsanitize=${PELMORA_SANITIZE})
 endif()
 
+# What fuzzers link tells them which of its branches an input has reached.
+if(PELMORA_FUZZ)
+  add_compile_options(-fsanitize=fuzzer-no-link)
+  add_link_options(-fsanitize=fuzzer-no-link)
+endif()
+
 if(PELMORA_COVERAGE)
   add_compile_options(--coverage)
   add_link_options(--coverage)

@@ -15,3 +15,13 @@ function(add_subsystem name)
                          PROPERTIES LABELS unit TIMEOUT 30)
   endif()
 endfunction()
+
+# add_fuzzer(NAME SOURCE libraries…) makes the program NAME, which feeds libFuzzer's inputs to it.
+function(add_fuzzer name source)
+  if(PELMORA_FUZZ)
+    add_executable(${name} ${source})
+    target_link_libraries(${name} PRIVATE ${ARGN} Pelmora::flags)
+    target_link_options(${name} PRIVATE -fsanitize=fuzzer)
+    set_target_properties(${name} PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${PROJECT_BINARY_DIR}/fuzz)
+  endif()
+endfunction()

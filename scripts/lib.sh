@@ -6,7 +6,7 @@
 root=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
 
 # Debian's names. Those that only some releases have are taken where they exist.
-packages_core=(g++ cmake ninja-build pkg-config)
+packages_core=(g++ cmake ninja-build pkg-config libicu-dev)
 packages_qt=(qt6-base-dev qt6-declarative-dev libvips-dev libxcb1-dev)
 packages_run=(
   qt6-wayland
@@ -16,6 +16,7 @@ packages_run=(
 packages_test=(libgtest-dev libgmock-dev xvfb dbus python3 libgl1-mesa-dri x11-xserver-utils xdotool)
 packages_check=(clang-format git python3)
 packages_tidy=(clang-tidy)
+packages_fuzz=(clang libclang-rt-dev)
 # Since Debian 13 what reads HEIC and AVIF, and for the tests writes them, are plug-ins.
 packages_where_known=(
   libheif-plugin-libde265 libheif-plugin-aomdec libheif-plugin-dav1d
