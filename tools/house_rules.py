@@ -11,6 +11,7 @@ BELOW = {
     "platform": ["shared"],
     "render": ["platform", "shared"],
     "cache": ["platform", "shared"],
+    "decoder": ["platform", "shared"],
     "sources": ["cache", "platform", "shared"],
     "cards": ["render", "platform", "shared"],
     "view": ["sources", "cards", "render", "cache", "platform", "shared"],

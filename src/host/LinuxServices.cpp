@@ -1,15 +1,16 @@
 #include "host/LinuxServices.h"
 
+#include "host/DecoderPath.h"
 #include "host/SampleFolders.h"
 #include "host/UserPaths.h"
 #include "platform/linux/FilePreferencesStore.h"
+#include "platform/linux/IsolatedImageLoader.h"
 #include "platform/linux/LinuxBookmarks.h"
 #include "platform/linux/LinuxWorkspace.h"
 #include "platform/linux/LogSound.h"
 #include "platform/linux/PosixFiles.h"
 #include "platform/linux/SystemClock.h"
 #include "platform/linux/SystemLog.h"
-#include "platform/linux/VipsImageLoader.h"
 #include "platform/linux/XdgUserFolders.h"
 #include "platform/NotificationCenter.h"
 
@@ -58,7 +59,7 @@ struct LinuxServices::Parts {
   platform::LinuxBookmarks bookmarks;
   platform::FilePreferencesStore preferences;
   platform::LinuxWorkspace workspace;
-  platform::VipsImageLoader images;
+  platform::IsolatedImageLoader images{{.program = decoderPath()}};
   platform::LogSound sound;
   SampleFolders samples;
   platform::NotificationCenter notifications;

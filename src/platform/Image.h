@@ -1,12 +1,12 @@
 #pragma once
 
+#include "platform/SharedBytes.h"
 #include "shared/FilePath.h"
 #include "shared/Geometry.h"
 #include "shared/Result.h"
 
 #include <cstdint>
 #include <memory>
-#include <vector>
 
 namespace pelmora::platform {
 
@@ -15,7 +15,7 @@ namespace pelmora::platform {
 struct Pixels {
   PixelSize size;
   bool opaque = true;
-  std::vector<std::uint8_t> bytes;
+  SharedBytes bytes;
 };
 
 /// A picture to show. `size` is the size it is shown at, in points; a loader sets it to the upright

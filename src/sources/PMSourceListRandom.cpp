@@ -114,6 +114,10 @@ void PMSourceList::drawImage(const PMFolder& folder, Draw& draw) const {
     if (index < draw.numFiles) {
       draw.url = fileIn(folder, isFiltered, index);
       auto image = _services.images.load(draw.url, draw.longestSide);
+      if (!image) {
+        _services.log.print("Pelmora: Cannot show '%s': %s", draw.url.c_str(),
+                            image.error().message.c_str());
+      }
       draw.image = image ? std::optional(*std::move(image)) : std::nullopt;
     } else {
       _services.log.print("Pelmora: Random index %llu is out of range for max %llu.",

@@ -7,6 +7,8 @@
 
 #include <cmath>
 #include <cstdlib>
+#include <utility>
+#include <vector>
 
 namespace pelmora::cards {
 
@@ -77,9 +79,10 @@ TEST(CardArtwork, isDrawnAtTheDisplaysPixels) {
 
 TEST(CardArtwork, copiesThePicturesPixelsWhereTheyFit) {
   platform::Image picture = grey();
-  auto pixels = std::make_shared<platform::Pixels>(*picture.pixels);
-  for (std::size_t i = 0; i < pixels->bytes.size(); i += 8) pixels->bytes[i + 2] = 255;
-  picture.pixels = pixels;
+  std::vector<std::uint8_t> bytes(picture.pixels->bytes.begin(), picture.pixels->bytes.end());
+  for (std::size_t i = 0; i < bytes.size(); i += 8) bytes[i + 2] = 255;
+  picture.pixels = std::make_shared<const platform::Pixels>(
+      platform::Pixels{picture.pixels->size, true, std::move(bytes)});
   const QImage artwork = paintFramedCard(cardOf(picture), 100, 1);
   // Every other pixel is red: any resampling would mix them.
   EXPECT_GE(qRed(artwork.pixel(3, 3)), 254);
@@ -170,9 +173,8 @@ TEST(CardArtwork, ofAPictureThatIsNotValidIsThePaperAlone) {
 }
 
 TEST(CardArtwork, refusesPixelsThatAreFewerThanTheirSizeSays) {
-  auto pixels = std::make_shared<platform::Pixels>();
-  pixels->size = {100, 100};
-  pixels->bytes.resize(100);
+  const auto pixels = std::make_shared<const platform::Pixels>(
+      platform::Pixels{{100, 100}, true, std::vector<std::uint8_t>(100)});
   EXPECT_TRUE(pictureImage({{100, 100}, pixels}).isNull());
 }
 

@@ -18,12 +18,10 @@ PixelSize fitted(PixelSize size, int longestSide) {
 }
 
 std::shared_ptr<const Pixels> greyPixels(PixelSize size) {
-  auto pixels = std::make_shared<Pixels>();
-  pixels->size = size;
   const auto count = static_cast<std::size_t>(size.width) * static_cast<std::size_t>(size.height);
-  pixels->bytes.assign(4 * count, 0x80);
-  for (std::size_t alpha = 3; alpha < pixels->bytes.size(); alpha += 4) pixels->bytes[alpha] = 0xFF;
-  return pixels;
+  std::vector<std::uint8_t> bytes(4 * count, 0x80);
+  for (std::size_t alpha = 3; alpha < bytes.size(); alpha += 4) bytes[alpha] = 0xFF;
+  return std::make_shared<const Pixels>(Pixels{size, true, std::move(bytes)});
 }
 
 }  // namespace

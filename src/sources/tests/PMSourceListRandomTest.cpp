@@ -184,6 +184,16 @@ TEST_F(PMSourceListRandomTest, triesAgainUntilAFileLoads) {
   EXPECT_GT(fakes.images.loads().size(), 20U);
 }
 
+TEST_F(PMSourceListRandomTest, saysWhyAFileCannotBeShown) {
+  add("/a", 1);
+  fakes.images.fail(FilePath("/a/0.jpg"), "it is damaged");
+  EXPECT_FALSE(list->randomImageAndURLForScreenIndex(0));
+  EXPECT_EQ(fakes.log.lines(),
+            (Names{"Pelmora: Cannot show '/a/0.jpg': it is damaged",
+                   "Pelmora: Giving up on folder '/a' because too many files are failing.",
+                   "Pelmora: With random number 0, item 0 doesn't correspond to a folder"}));
+}
+
 TEST_F(PMSourceListRandomTest, givesAFolderUpAfterAsManyTriesAsItHasFiles) {
   add("/a", 3);
   fakes.images.failAll();

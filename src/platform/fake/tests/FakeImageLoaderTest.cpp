@@ -20,7 +20,8 @@ TEST(FakeImageLoader, givesEveryPathAPicture) {
   ASSERT_TRUE(image.ok());
   EXPECT_TRUE(image.value().isValid());
   EXPECT_EQ(image.value().size, (Size{1, 1}));
-  EXPECT_EQ(image.value().pixels->bytes, (std::vector<std::uint8_t>{0x80, 0x80, 0x80, 0xFF}));
+  const SharedBytes& bytes = image.value().pixels->bytes;
+  EXPECT_THAT(std::vector(bytes.begin(), bytes.end()), ElementsAre(0x80, 0x80, 0x80, 0xFF));
 }
 
 TEST(FakeImageLoader, decodesToFitAndNeverEnlarges) {

@@ -1,0 +1,235 @@
+#include "decoder/DecodeServer.h"
+
+#include "decoder/PictureLimits.h"
+#include "decoder/Upright.h"
+
+#include <fcntl.h>
+#include <glib.h>
+#include <malloc.h>
+#include <sys/mman.h>
+#include <sys/resource.h>
+#include <sys/socket.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <array>
+#include <cerrno>
+#include <cstring>
+#include <new>
+#include <string_view>
+#include <utility>
+
+namespace pelmora::decoder {
+
+namespace {
+
+using platform::DecodeOutcome;
+using platform::DecodeReply;
+using platform::DecodeRequest;
+using platform::DecoderExit;
+using platform::FileDescriptor;
+
+static_assert(platform::kMaxStoredPixels == kMaxPixels);
+
+constexpr int kSeals = F_SEAL_SEAL | F_SEAL_SHRINK | F_SEAL_GROW | F_SEAL_WRITE;
+// Seconds beyond the deadline; by then the other side has long given up.
+constexpr int kCpuGrace = 2;
+constexpr int kGrace = 3;
+constexpr int kMaxDeadlineSeconds = 3600;
+// Memory that is free again is given back to the system from here on; it costs a while.
+constexpr std::int64_t kWorthTrimming = 24 << 20;
+
+/// While this lives, the process has no more than `seconds` left: a loop in a library, or a disk
+/// that does not answer, ends it.
+class TimeLimit {
+ public:
+  explicit TimeLimit(int seconds) {
+    rusage used{};
+    getrusage(RUSAGE_SELF, &used);
+    setCpu(static_cast<rlim_t>(used.ru_utime.tv_sec + used.ru_stime.tv_sec + seconds + kCpuGrace));
+    alarm(static_cast<unsigned>(seconds + kGrace));
+  }
+  ~TimeLimit() {
+    alarm(0);
+    setCpu(RLIM_INFINITY);
+  }
+  TimeLimit(const TimeLimit&) = delete;
+  TimeLimit& operator=(const TimeLimit&) = delete;
+
+ private:
+  static void setCpu(rlim_t seconds) {
+    rlimit limit{};
+    if (getrlimit(RLIMIT_CPU, &limit) != 0) return;
+    limit.rlim_cur = std::min(seconds, limit.rlim_max);
+    setrlimit(RLIMIT_CPU, &limit);
+  }
+};
+
+template <std::size_t size>
+void setText(std::array<char, size>& field, std::string_view text) {
+  text = text.substr(0, size - 1);
+  field.fill('\0');
+  std::copy(text.begin(), text.end(), field.begin());
+}
+
+std::size_t byteCount(const PixelSize& size) {
+  return 4 * static_cast<std::size_t>(size.width) * static_cast<std::size_t>(size.height);
+}
+
+/// The picture, upright, in memory that nobody can change any more; not open where there is none.
+FileDescriptor writeToMemory(const DecodedPicture& picture, DecodeReply& reply) {
+  const std::size_t size = byteCount(reply.pixelSize);
+  FileDescriptor memory(memfd_create("pixels", MFD_CLOEXEC | MFD_ALLOW_SEALING));
+  if (!memory.isOpen() || ftruncate(memory.get(), static_cast<off_t>(size)) != 0) return {};
+  void* const mapping =
+      mmap(nullptr, size, PROT_READ | PROT_WRITE, MAP_SHARED | MAP_POPULATE, memory.get(), 0);
+  if (mapping == MAP_FAILED) return {};
+  const std::span<std::uint8_t> bytes(static_cast<std::uint8_t*>(mapping), size);
+  reply.isOpaque = writeUpright(picture.raster, picture.facts.orientation, bytes) ? 1 : 0;
+  munmap(mapping, size);
+  if (fcntl(memory.get(), F_ADD_SEALS, kSeals) != 0) return {};
+  return memory;
+}
+
+FileDescriptor describePicture(const DecodedPicture& picture, DecodeReply& reply) {
+  const PictureFacts& facts = picture.facts;
+  reply.ownSize = uprightSize(facts.storedSize, facts.orientation);
+  reply.pixelSize = uprightSize(picture.raster.format.size, facts.orientation);
+  reply.storedSize = facts.storedSize;
+  reply.orientation = facts.orientation;
+  setText(reply.format, facts.format);
+  setText(reply.profile, describeProfile(facts.profile));
+  FileDescriptor memory = writeToMemory(picture, reply);
+  if (memory.isOpen()) {
+    reply.outcome = DecodeOutcome::shown;
+  } else {
+    setText(reply.message, "there is no memory left for it");
+  }
+  return memory;
+}
+
+bool send(int socket, const DecodeReply& reply, const FileDescriptor& memory) {
+  iovec part{const_cast<DecodeReply*>(&reply), sizeof reply};
+  alignas(cmsghdr) std::array<char, CMSG_SPACE(sizeof(int))> control{};
+  msghdr message{};
+  message.msg_iov = &part;
+  message.msg_iovlen = 1;
+  if (memory.isOpen()) {
+    message.msg_control = control.data();
+    message.msg_controllen = control.size();
+    cmsghdr* const header = CMSG_FIRSTHDR(&message);
+    header->cmsg_level = SOL_SOCKET;
+    header->cmsg_type = SCM_RIGHTS;
+    header->cmsg_len = CMSG_LEN(sizeof(int));
+    const int descriptor = memory.get();
+    std::memcpy(CMSG_DATA(header), &descriptor, sizeof descriptor);
+  }
+  ssize_t sent = 0;
+  do {
+    sent = sendmsg(socket, &message, MSG_NOSIGNAL);
+  } while (sent < 0 && errno == EINTR);
+  return sent == ssize_t{sizeof reply};
+}
+
+/// The one descriptor that came; not open where there is none.
+FileDescriptor descriptorIn(msghdr& message) {
+  const cmsghdr* const header = CMSG_FIRSTHDR(&message);
+  if (!header || header->cmsg_level != SOL_SOCKET || header->cmsg_type != SCM_RIGHTS ||
+      header->cmsg_len != CMSG_LEN(sizeof(int))) {
+    return {};
+  }
+  int descriptor = -1;
+  std::memcpy(&descriptor, CMSG_DATA(header), sizeof descriptor);
+  return FileDescriptor(descriptor);
+}
+
+bool isSound(const DecodeRequest& asked) {
+  return asked.magic == platform::kRequestMagic && asked.longestSide > 0 &&
+         asked.longestSide <= platform::kMaxLongestSide && asked.deadlineSeconds > 0 &&
+         asked.deadlineSeconds <= kMaxDeadlineSeconds;
+}
+
+void endNow() { _exit(static_cast<int>(DecoderExit::outOfMemory)); }
+
+/// GLib aborts after it: most of its fatal errors are memory that it did not get.
+void onFatalError(const gchar*, GLogLevelFlags, const gchar* message, gpointer) {
+  if (std::string_view(message ? message : "").find("allocate") != std::string_view::npos) endNow();
+}
+
+}  // namespace
+
+DecodeServer::DecodeServer(int socket, Decode decode, const RetirementAge& age)
+    : _socket(socket), _decode(std::move(decode)), _age(age), _atStart(_memory.now()) {}
+
+DecoderExit DecodeServer::run() {
+  while (!_isLeaving) {
+    Request request;
+    switch (read(request)) {
+      case Reading::end:
+        return DecoderExit::done;
+      case Reading::broken:
+        return DecoderExit::brokenRequest;
+      case Reading::request:
+        break;
+    }
+    const TimeLimit limit(request.asked.deadlineSeconds);
+    // Nobody is there to take the reply: the other side gave up, and ends this process anyway.
+    if (!answer(request)) return DecoderExit::done;
+  }
+  return DecoderExit::done;
+}
+
+DecodeServer::Reading DecodeServer::read(Request& request) const {
+  iovec part{&request.asked, sizeof request.asked};
+  alignas(cmsghdr) std::array<char, CMSG_SPACE(sizeof(int))> control{};
+  msghdr message{};
+  message.msg_iov = &part;
+  message.msg_iovlen = 1;
+  message.msg_control = control.data();
+  message.msg_controllen = control.size();
+  ssize_t length = 0;
+  do {
+    length = recvmsg(_socket, &message, MSG_CMSG_CLOEXEC);
+  } while (length < 0 && errno == EINTR);
+  if (length <= 0) return Reading::end;
+  request.file = descriptorIn(message);
+  const bool isWhole = length == ssize_t{sizeof request.asked} &&
+                       (message.msg_flags & (MSG_TRUNC | MSG_CTRUNC)) == 0;
+  const bool isSane = isWhole && request.file.isOpen() && isSound(request.asked);
+  return isSane ? Reading::request : Reading::broken;
+}
+
+bool DecodeServer::answer(const Request& request) {
+  DecodeReply reply;
+  reply.serial = request.asked.serial;
+  FileDescriptor memory;
+  {
+    const Result<DecodedPicture> picture = _decode(request.file.get(), request.asked.longestSide);
+    if (picture) {
+      memory = describePicture(*picture, reply);
+    } else {
+      setText(reply.message, picture.error().message);
+    }
+  }
+  if (_memory.now().resident > _atStart.resident + kWorthTrimming) malloc_trim(0);
+  _isLeaving = isOld();
+  reply.isLeaving = _isLeaving ? 1 : 0;
+  return send(_socket, reply, memory);
+}
+
+bool DecodeServer::isOld() const {
+  const MemoryUse::Bytes now = _memory.now();
+  rusage used{};
+  getrusage(RUSAGE_SELF, &used);
+  return now.resident - _atStart.resident > _age.grownBytes ||
+         now.mapped - _atStart.mapped > _age.grownBytes ||
+         used.ru_utime.tv_sec + used.ru_stime.tv_sec >= _age.cpuSeconds;
+}
+
+void endWhenOutOfMemory() {
+  std::set_new_handler(endNow);
+  g_log_set_handler("GLib", static_cast<GLogLevelFlags>(G_LOG_LEVEL_ERROR | G_LOG_FLAG_FATAL),
+                    onFatalError, nullptr);
+}
+
+}  // namespace pelmora::decoder

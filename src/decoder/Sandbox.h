@@ -1,0 +1,19 @@
+#pragma once
+
+#include "shared/Result.h"
+
+#include <cstdint>
+
+namespace pelmora::decoder {
+
+/// Shuts the process off, for good: afterwards it can compute, read what it has open, make memory
+/// to hand over and talk over the sockets that it has, and nothing else. It opens no file, reaches
+/// no network, starts and signals no process, makes nothing executable and leaves no core behind.
+/// It is to be called once, on the only thread, when all libraries and their data are loaded;
+/// threads started later are shut off with it.
+/// `memory`: the bytes that may be mapped beyond what is mapped already.
+/// Errors: what the kernel refused. It has no Landlock before 5.13; that layer is then left out, as
+/// the filter of system calls denies the same.
+[[nodiscard]] Status enterSandbox(std::int64_t memory);
+
+}  // namespace pelmora::decoder

@@ -1,0 +1,14 @@
+#pragma once
+
+#include "shared/FilePath.h"
+
+namespace pelmora::host {
+
+/// The program that decodes pictures: beside the running program, as it is built, else where it is
+/// installed, in ../libexec/pelmora from there. A path that may not exist: whoever starts it says
+/// so.
+[[nodiscard]] FilePath decoderPath();
+/// The same for a program that is at `program`.
+[[nodiscard]] FilePath decoderPathFor(const FilePath& program);
+
+}  // namespace pelmora::host

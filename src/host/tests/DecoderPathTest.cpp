@@ -1,0 +1,29 @@
+#include "host/DecoderPath.h"
+
+#include "platform/fake/TemporaryFolder.h"
+
+#include <gtest/gtest.h>
+
+namespace pelmora::host {
+
+TEST(DecoderPath, isBesideTheProgramAsItIsBuilt) {
+  const platform::TemporaryFolder folder;
+  const FilePath decoder = folder.write("bin/pelmora-decoder");
+  folder.write("libexec/pelmora/pelmora-decoder");
+  EXPECT_EQ(decoderPathFor(folder.path() / "bin/pelmora"), decoder);
+}
+
+TEST(DecoderPath, isInItsOwnFolderAsItIsInstalled) {
+  const platform::TemporaryFolder folder;
+  const FilePath expected = folder.path() / "libexec/pelmora/pelmora-decoder";
+  EXPECT_EQ(decoderPathFor(folder.path() / "bin/pelmora"), expected);
+  folder.mkdir("bin/pelmora-decoder");  // no program
+  EXPECT_EQ(decoderPathFor(folder.path() / "bin/pelmora"), expected);
+}
+
+TEST(DecoderPath, isFoundForTheRunningProgram) {
+  EXPECT_EQ(decoderPath().lastComponent(), "pelmora-decoder");
+  EXPECT_TRUE(decoderPath().bytes().starts_with('/'));
+}
+
+}  // namespace pelmora::host
