@@ -12,6 +12,7 @@ constexpr Command kCommands[] = {
     {"window", "run the saver in a window", runWindow},
     {"render", "render the saver to picture files, without a display", runRender},
     {"defaults", "read and write the preferences", runDefaults},
+    {"check", "tell why a picture is shown or not", runCheck},
     {"sources", "list, add and remove picture folders", runSources},
 };
 

@@ -19,6 +19,7 @@ struct Command {
 ExitStatus runSaver(std::span<char*> words);
 ExitStatus runWindow(std::span<char*> words);
 ExitStatus runRender(std::span<char*> words);
+ExitStatus runCheck(std::span<char*> words);
 ExitStatus runDefaults(std::span<char*> words);
 ExitStatus runSources(std::span<char*> words);
 

@@ -7,13 +7,13 @@ class CommandTest : public CommandFixture {};
 TEST_F(CommandTest, listsItsCommandsInTheHelp) {
   const Outcome help = run({"--help"});
   EXPECT_EQ(help.status, ExitStatus::success);
-  for (const char* name : {"window", "render", "defaults", "sources"}) {
+  for (const char* name : {"window", "render", "check", "defaults", "sources"}) {
     EXPECT_NE(help.out.find(std::string("\n  ") + name + " "), std::string::npos) << name;
   }
 }
 
 TEST_F(CommandTest, everyCommandHasHelp) {
-  for (const char* name : {"window", "render", "defaults", "sources"}) {
+  for (const char* name : {"window", "render", "check", "defaults", "sources"}) {
     const Outcome help = run({name, "--help"});
     EXPECT_EQ(help.status, ExitStatus::success) << name;
     EXPECT_EQ(help.out.find(std::string("usage: pelmora ") + name), 0U) << name;
