@@ -12,5 +12,6 @@ void benchFrames();
 void benchHeldFrames();
 void benchAtRest();
 void benchFirstPicture();
+void benchDecode();
 
 }  // namespace pelmora::bench

@@ -20,6 +20,7 @@ constexpr Bench kBenches[] = {
     {"shown", pelmora::bench::benchHeldFrames},
     {"rest", pelmora::bench::benchAtRest},
     {"first-picture", pelmora::bench::benchFirstPicture},
+    {"decode", pelmora::bench::benchDecode},
 };
 
 }  // namespace
