@@ -1,4 +1,5 @@
 #include "decoder/DecodeServer.h"
+#include "decoder/LibraryPages.h"
 #include "decoder/PictureDecoder.h"
 #include "decoder/Sandbox.h"
 #include "decoder/VipsRows.h"
@@ -31,6 +32,7 @@ DecoderExit serve() {
   DecodeServer server(platform::kDecoderSocket, [&decoder](int descriptor, int longestSide) {
     return decoder.decode(descriptor, longestSide);
   });
+  giveBackLibraryPages();
   if (const Status status = enterSandbox(platform::kDecoderMegabytes << 20); !status) {
     std::fprintf(stderr, "pelmora-decoder: %s\n", status.error().message.c_str());
     return DecoderExit::notSandboxed;
