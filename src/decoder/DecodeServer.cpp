@@ -1,7 +1,7 @@
 #include "decoder/DecodeServer.h"
 
-#include "decoder/PictureLimits.h"
 #include "decoder/Upright.h"
+#include "platform/DescriptorMessage.h"
 
 #include <fcntl.h>
 #include <glib.h>
@@ -15,6 +15,7 @@
 #include <array>
 #include <cerrno>
 #include <cstring>
+#include <ctime>
 #include <new>
 #include <string_view>
 #include <utility>
@@ -29,9 +30,8 @@ using platform::DecodeRequest;
 using platform::DecoderExit;
 using platform::FileDescriptor;
 
-static_assert(platform::kMaxStoredPixels == kMaxPixels);
-
-constexpr int kSeals = F_SEAL_SEAL | F_SEAL_SHRINK | F_SEAL_GROW | F_SEAL_WRITE;
+constexpr unsigned kMemoryFlags = MFD_CLOEXEC | MFD_ALLOW_SEALING;
+constexpr unsigned kNeverAProgram = 0x8;  // MFD_NOEXEC_SEAL, which older headers lack
 // Seconds beyond the deadline; by then the other side has long given up.
 constexpr int kCpuGrace = 2;
 constexpr int kGrace = 3;
@@ -76,10 +76,17 @@ std::size_t byteCount(const PixelSize& size) {
   return 4 * static_cast<std::size_t>(size.width) * static_cast<std::size_t>(size.height);
 }
 
+/// Memory that can be handed over. Hardened systems give none that could be made a program of.
+FileDescriptor makeMemory() {
+  FileDescriptor memory(memfd_create("pixels", kMemoryFlags | kNeverAProgram));
+  if (memory.isOpen() || errno != EINVAL) return memory;
+  return FileDescriptor(memfd_create("pixels", kMemoryFlags));  // before Linux 6.3
+}
+
 /// The picture, upright, in memory that nobody can change any more; not open where there is none.
 FileDescriptor writeToMemory(const DecodedPicture& picture, DecodeReply& reply) {
   const std::size_t size = byteCount(reply.pixelSize);
-  FileDescriptor memory(memfd_create("pixels", MFD_CLOEXEC | MFD_ALLOW_SEALING));
+  FileDescriptor memory = makeMemory();
   if (!memory.isOpen() || ftruncate(memory.get(), static_cast<off_t>(size)) != 0) return {};
   void* const mapping =
       mmap(nullptr, size, PROT_READ | PROT_WRITE, MAP_SHARED | MAP_POPULATE, memory.get(), 0);
@@ -87,7 +94,7 @@ FileDescriptor writeToMemory(const DecodedPicture& picture, DecodeReply& reply) 
   const std::span<std::uint8_t> bytes(static_cast<std::uint8_t*>(mapping), size);
   reply.isOpaque = writeUpright(picture.raster, picture.facts.orientation, bytes) ? 1 : 0;
   munmap(mapping, size);
-  if (fcntl(memory.get(), F_ADD_SEALS, kSeals) != 0) return {};
+  if (fcntl(memory.get(), F_ADD_SEALS, platform::kPixelSeals) != 0) return {};
   return memory;
 }
 
@@ -108,27 +115,16 @@ FileDescriptor describePicture(const DecodedPicture& picture, DecodeReply& reply
   return memory;
 }
 
+/// While other programs of the user have handed over many descriptors that nobody has read yet, the
+/// kernel takes no more of them: that passes, or the limit of time ends this process.
 bool send(int socket, const DecodeReply& reply, const FileDescriptor& memory) {
-  iovec part{const_cast<DecodeReply*>(&reply), sizeof reply};
-  alignas(cmsghdr) std::array<char, CMSG_SPACE(sizeof(int))> control{};
-  msghdr message{};
-  message.msg_iov = &part;
-  message.msg_iovlen = 1;
-  if (memory.isOpen()) {
-    message.msg_control = control.data();
-    message.msg_controllen = control.size();
-    cmsghdr* const header = CMSG_FIRSTHDR(&message);
-    header->cmsg_level = SOL_SOCKET;
-    header->cmsg_type = SCM_RIGHTS;
-    header->cmsg_len = CMSG_LEN(sizeof(int));
-    const int descriptor = memory.get();
-    std::memcpy(CMSG_DATA(header), &descriptor, sizeof descriptor);
-  }
-  ssize_t sent = 0;
+  int error = 0;
   do {
-    sent = sendmsg(socket, &message, MSG_NOSIGNAL);
-  } while (sent < 0 && errno == EINTR);
-  return sent == ssize_t{sizeof reply};
+    error = platform::sendMessage(socket, std::as_bytes(std::span(&reply, 1)), memory.get());
+    const timespec moment{0, 5'000'000};
+    if (error == ETOOMANYREFS) nanosleep(&moment, nullptr);
+  } while (error == ETOOMANYREFS);
+  return error == 0;
 }
 
 /// The one descriptor that came; not open where there is none.

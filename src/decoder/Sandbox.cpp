@@ -1,6 +1,7 @@
 #include "decoder/Sandbox.h"
 
 #include "decoder/MemoryUse.h"
+#include "platform/DecodeProtocol.h"
 #include "platform/FileDescriptor.h"
 #include "platform/SystemError.h"
 
@@ -30,7 +31,8 @@ constexpr bool kHasAddressSanitizer = true;
 constexpr bool kHasAddressSanitizer = false;
 #endif
 
-constexpr rlim_t kMaxFileBytes = rlim_t{4} * 16384 * 16384;  // the largest picture handed over
+constexpr rlim_t kMaxFileBytes = rlim_t{4} * platform::kMaxLongestSide *
+                                 platform::kMaxLongestSide;  // the largest picture handed over
 constexpr rlim_t kMaxDescriptors = 16;      // each may be memory that is handed over
 constexpr rlim_t kMaxCpuSeconds = 20 * 60;  // in all its life; it retires long before
 
@@ -210,7 +212,9 @@ void allowMemoryAndThreads(CallFilter& filter) {
   for (const char* name : {"mmap", "mmap2", "mprotect"}) {
     filter.allow(name, {SCMP_A2(SCMP_CMP_MASKED_EQ, PROT_EXEC, 0)});
   }
-  filter.allow("memfd_create", {SCMP_A1(SCMP_CMP_EQ, MFD_CLOEXEC | MFD_ALLOW_SEALING)});
+  for (const unsigned extra : {0U, 8U}) {  // 8: MFD_NOEXEC_SEAL, which older headers lack
+    filter.allow("memfd_create", {SCMP_A1(SCMP_CMP_EQ, MFD_CLOEXEC | MFD_ALLOW_SEALING | extra)});
+  }
   filter.allow("clone", {SCMP_CMP(kCloneFlags, SCMP_CMP_MASKED_EQ, kCloneThread, kCloneThread)});
   // Its flags lie in memory, where no filter sees them; the C library then takes clone.
   filter.add(SCMP_ACT_ERRNO(ENOSYS), "clone3");

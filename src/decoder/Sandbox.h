@@ -10,10 +10,11 @@ namespace pelmora::decoder {
 /// to hand over and talk over the sockets that it has, and nothing else. It opens no file, reaches
 /// no network, starts and signals no process, makes nothing executable and leaves no core behind.
 /// It is to be called once, on the only thread, when all libraries and their data are loaded;
-/// threads started later are shut off with it.
-/// `memory`: the bytes that may be mapped beyond what is mapped already.
-/// Errors: what the kernel refused. It has no Landlock before 5.13; that layer is then left out, as
-/// the filter of system calls denies the same.
+/// threads started later are shut off with it. It can still ask for the size and dates of a file
+/// that it names, which the C library's own way of asking about open files does not let apart; and
+/// the number of its threads is the user's limit. `memory`: the bytes that may be mapped beyond
+/// what is mapped already. Errors: what the kernel refused. It has no Landlock before 5.13; that
+/// layer is then left out, as the filter of system calls denies the same.
 [[nodiscard]] Status enterSandbox(std::int64_t memory);
 
 }  // namespace pelmora::decoder

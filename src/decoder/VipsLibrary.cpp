@@ -36,7 +36,12 @@ Error damagedPicture() {
   char* said = vips_error_buffer_copy();
   std::string_view reason(said);
   reason = reason.substr(0, reason.find('\n'));
-  Error error{"it is damaged"};
+  const auto says = [reason](std::string_view words) {
+    return reason.find(words) != std::string_view::npos;
+  };
+  Error error{says("nsupported")      ? "it is of a kind that is not read"
+              : says("out of memory") ? "there is not enough memory for it"
+                                      : "it is damaged"};
   if (!reason.empty()) error.message += " (" + std::string(reason) + ")";
   g_free(said);
   return error;

@@ -2,6 +2,8 @@
 
 #include "shared/Geometry.h"
 
+#include <fcntl.h>
+
 #include <array>
 #include <cstddef>
 #include <cstdint>
@@ -26,6 +28,9 @@ constexpr std::int64_t kDecoderMegabytes = 1024;
 
 constexpr std::uint32_t kRequestMagic = 0x50'4C'44'51;
 constexpr std::uint32_t kReplyMagic = 0x50'4C'44'52;
+
+/// What is no longer possible with memory that is handed over.
+constexpr int kPixelSeals = F_SEAL_SEAL | F_SEAL_SHRINK | F_SEAL_GROW | F_SEAL_WRITE;
 
 struct DecodeRequest {
   std::uint32_t magic = kRequestMagic;

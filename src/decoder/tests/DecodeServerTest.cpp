@@ -1,5 +1,6 @@
 #include "decoder/DecodeServer.h"
 
+#include "platform/DescriptorMessage.h"
 #include "platform/linux/DecodeReply.h"
 
 #include <fcntl.h>
@@ -48,22 +49,8 @@ class DecodeServerTest : public testing::Test {
   }
 
   void send(const void* bytes, std::size_t size, const FileDescriptor& file) const {
-    iovec part{const_cast<void*>(bytes), size};
-    alignas(cmsghdr) std::array<char, CMSG_SPACE(sizeof(int))> control{};
-    msghdr message{};
-    message.msg_iov = &part;
-    message.msg_iovlen = 1;
-    if (file.isOpen()) {
-      message.msg_control = control.data();
-      message.msg_controllen = control.size();
-      cmsghdr* const header = CMSG_FIRSTHDR(&message);
-      header->cmsg_level = SOL_SOCKET;
-      header->cmsg_type = SCM_RIGHTS;
-      header->cmsg_len = CMSG_LEN(sizeof(int));
-      const int descriptor = file.get();
-      std::memcpy(CMSG_DATA(header), &descriptor, sizeof descriptor);
-    }
-    ASSERT_EQ(sendmsg(ours.get(), &message, MSG_NOSIGNAL), static_cast<ssize_t>(size));
+    const std::span all(static_cast<const std::byte*>(bytes), size);
+    ASSERT_EQ(platform::sendMessage(ours.get(), all, file.get()), 0);
   }
   void ask(const DecodeRequest& request) const {
     send(&request, sizeof request, FileDescriptor(open("/dev/null", O_RDONLY | O_CLOEXEC)));

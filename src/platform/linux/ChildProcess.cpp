@@ -1,10 +1,11 @@
 #include "platform/linux/ChildProcess.h"
 
+#include "platform/linux/Deadline.h"
+
 #include "platform/DecodeProtocol.h"
 #include "platform/SystemError.h"
 
 #include <fcntl.h>
-#include <poll.h>
 #include <spawn.h>
 #include <sys/socket.h>
 #include <sys/syscall.h>
@@ -122,12 +123,7 @@ void kill(const FileDescriptor& process) {
 }
 
 bool waitUntilGone(const FileDescriptor& process, std::chrono::milliseconds patience) {
-  pollfd watched{process.get(), POLLIN, 0};
-  int ready = 0;
-  do {
-    ready = poll(&watched, 1, static_cast<int>(patience.count()));
-  } while (ready < 0 && errno == EINTR);
-  return ready == 1;
+  return Deadline(patience).waitFor(process.get());
 }
 
 enum class Collected { notYet, gone };

@@ -21,7 +21,6 @@ namespace pelmora::platform {
 
 namespace {
 
-constexpr int kSeals = F_SEAL_SEAL | F_SEAL_SHRINK | F_SEAL_GROW | F_SEAL_WRITE;
 // A reduced size that the decoder started from may round otherwise than the picture's own.
 constexpr int kRounding = 2;
 
@@ -65,7 +64,7 @@ bool isSealedMemory(int descriptor, std::size_t size) {
   struct stat facts {};
   struct statfs filesystem {};
   const int seals = fcntl(descriptor, F_GET_SEALS);
-  return seals >= 0 && (seals & kSeals) == kSeals && fstat(descriptor, &facts) == 0 &&
+  return seals >= 0 && (seals & kPixelSeals) == kPixelSeals && fstat(descriptor, &facts) == 0 &&
          S_ISREG(facts.st_mode) && facts.st_size == static_cast<off_t>(size) &&
          fstatfs(descriptor, &filesystem) == 0 && filesystem.f_type == TMPFS_MAGIC;
 }

@@ -1,10 +1,10 @@
 #include "platform/linux/DecoderProcess.h"
 
+#include "platform/DescriptorMessage.h"
 #include "platform/SystemError.h"
 
 #include <sys/resource.h>
 #include <sys/socket.h>
-#include <sys/time.h>
 #include <sys/wait.h>
 
 #include <algorithm>
@@ -22,33 +22,8 @@ namespace {
 constexpr std::chrono::milliseconds kPatience{200};
 // More than a reply has, to see what a wrong one brings.
 constexpr std::size_t kMaxDescriptors = 8;
-
-bool setTimeouts(int socket, std::chrono::milliseconds deadline) {
-  const timeval time{deadline.count() / 1000, deadline.count() % 1000 * 1000};
-  return setsockopt(socket, SOL_SOCKET, SO_RCVTIMEO, &time, sizeof time) == 0 &&
-         setsockopt(socket, SOL_SOCKET, SO_SNDTIMEO, &time, sizeof time) == 0;
-}
-
-/// Sends the request with the descriptor; gives back an error number, or 0.
-int send(int socket, const DecodeRequest& request, int descriptor) {
-  iovec part{const_cast<DecodeRequest*>(&request), sizeof request};
-  alignas(cmsghdr) std::array<char, CMSG_SPACE(sizeof descriptor)> control{};
-  msghdr message{};
-  message.msg_iov = &part;
-  message.msg_iovlen = 1;
-  message.msg_control = control.data();
-  message.msg_controllen = control.size();
-  cmsghdr* const header = CMSG_FIRSTHDR(&message);
-  header->cmsg_level = SOL_SOCKET;
-  header->cmsg_type = SCM_RIGHTS;
-  header->cmsg_len = CMSG_LEN(sizeof descriptor);
-  std::memcpy(CMSG_DATA(header), &descriptor, sizeof descriptor);
-  ssize_t sent = 0;
-  do {
-    sent = sendmsg(socket, &message, MSG_NOSIGNAL);
-  } while (sent < 0 && errno == EINTR);
-  return sent < 0 ? errno : 0;
-}
+// However well it behaves, it may have been taken over by one of the pictures that it was given.
+constexpr std::uint32_t kMaxRequests = 500;
 
 std::vector<FileDescriptor> descriptorsOf(msghdr& message) {
   std::vector<FileDescriptor> descriptors;
@@ -80,7 +55,7 @@ Received receive(int socket, std::span<std::byte> buffer) {
     message.msg_iovlen = 1;
     message.msg_control = control.data();
     message.msg_controllen = control.size();
-    length = recvmsg(socket, &message, MSG_CMSG_CLOEXEC);
+    length = recvmsg(socket, &message, MSG_CMSG_CLOEXEC | MSG_DONTWAIT);
   } while (length < 0 && errno == EINTR);
   if (length < 0) return {errno, {}};
   const bool isCut = (message.msg_flags & (MSG_TRUNC | MSG_CTRUNC)) != 0;
@@ -94,22 +69,19 @@ std::string secondsText(std::chrono::milliseconds time) {
   return text.data();
 }
 
-bool isTimeLimit(int status) {
-  return WIFSIGNALED(status) && (WTERMSIG(status) == SIGXCPU || WTERMSIG(status) == SIGALRM);
-}
-
-bool isMemoryLimit(int status) {
-  return WIFEXITED(status) && WEXITSTATUS(status) == static_cast<int>(DecoderExit::outOfMemory);
-}
+bool isTimeLimit(int status) { return WTERMSIG(status) == SIGXCPU || WTERMSIG(status) == SIGALRM; }
 
 }  // namespace
+
+Error tookTooLong(std::chrono::milliseconds deadline) {
+  return Error{"decoding it took longer than " + secondsText(deadline)};
+}
 
 Result<DecoderProcess> DecoderProcess::start(const FilePath& program,
                                              std::chrono::milliseconds deadline,
                                              LateChildren& late) {
   Result<ChildProcess> child = ChildProcess::start(program, late);
   if (!child) return child.error();
-  if (!setTimeouts(child->socket(), deadline)) return Error{"its decoder cannot be talked to"};
   return DecoderProcess(*std::move(child), deadline);
 }
 
@@ -131,28 +103,38 @@ void DecoderProcess::limitAnswer(int longestSide) const {
 }
 
 DecoderProcess::Attempt DecoderProcess::request(int descriptor, int longestSide) {
+  return request(descriptor, longestSide, Deadline(_deadline));
+}
+
+DecoderProcess::Attempt DecoderProcess::request(int descriptor, int longestSide,
+                                                const Deadline& until) {
   if (!isAlive() || hasEnded()) return notTaken();
   const auto seconds = std::chrono::ceil<std::chrono::seconds>(_deadline).count();
   const DecodeRequest asked{.serial = ++_serial,
                             .longestSide = std::clamp(longestSide, 1, kMaxLongestSide),
                             .deadlineSeconds = static_cast<std::int32_t>(seconds)};
   limitAnswer(asked.longestSide);
-  const int error = send(_child->socket(), asked, descriptor);
-  if (error == 0) return answer(asked);
+  const int error = sendMessage(_child->socket(), std::as_bytes(std::span(&asked, 1)), descriptor);
+  if (error == 0) return answer(asked, until);
   if (error == EPIPE || error == ECONNRESET) return notTaken();
   _child.reset();
   return {true, Error{"its decoder cannot be asked: " + systemErrorText(error)}};
 }
 
-DecoderProcess::Attempt DecoderProcess::answer(const DecodeRequest& request) {
+DecoderProcess::Attempt DecoderProcess::answer(const DecodeRequest& request,
+                                               const Deadline& until) {
+  if (!until.waitFor(_child->socket())) {
+    _child.reset();
+    return {true, tookTooLong(_deadline)};
+  }
   std::array<std::byte, sizeof(DecodeReply)> buffer{};
   Received received = receive(_child->socket(), buffer);
   // The kernel's word for an end with the request unread.
   if (received.error == ECONNRESET) return notTaken();
   const bool isReply = received.error == 0 && !received.message.bytes.empty();
-  if (!isReply) return {true, endAfter(received.error)};
+  if (!isReply) return {true, endWithoutReply()};
   Result<CheckedReply> reply = checkReply(std::move(received.message), request);
-  if (!reply || reply->isLeaving) _child.reset();
+  if (!reply || reply->isLeaving || request.serial >= kMaxRequests) _child.reset();
   if (!reply) return {true, reply.error()};
   return {true, std::move(reply->picture)};
 }
@@ -163,27 +145,30 @@ DecoderProcess::Attempt DecoderProcess::notTaken() {
   return {false, describe(status)};
 }
 
-/// Ends a decoder that gave no reply.
-Error DecoderProcess::endAfter(int receiveError) {
-  const bool isLate = receiveError == EAGAIN || receiveError == EWOULDBLOCK;
-  const auto patience = receiveError == 0 ? kPatience : std::chrono::milliseconds(0);
-  const std::optional<int> status = _child->end(patience);
+/// Of a decoder that closed its socket instead.
+Error DecoderProcess::endWithoutReply() {
+  const std::optional<int> status = _child->end(kPatience);
   _child.reset();
-  return isLate ? tookTooLong() : describe(status);
+  return describe(status);
 }
 
 Error DecoderProcess::describe(std::optional<int> status) const {
   if (!status) return Error{"its decoder gave no answer"};
-  if (isTimeLimit(*status)) return tookTooLong();
-  if (isMemoryLimit(*status)) {
-    return Error{"it needs more than " + std::to_string(kDecoderMegabytes) +
-                 " MB of memory to decode"};
+  if (WIFSIGNALED(*status)) {
+    return isTimeLimit(*status) ? tookTooLong(_deadline)
+                                : Error{"its decoder " + describeEnd(*status)};
   }
-  return Error{"its decoder " + describeEnd(*status)};
-}
-
-Error DecoderProcess::tookTooLong() const {
-  return Error{"decoding it took longer than " + secondsText(_deadline)};
+  switch (static_cast<DecoderExit>(WEXITSTATUS(*status))) {
+    case DecoderExit::outOfMemory:
+      return Error{"it needs more than " + std::to_string(kDecoderMegabytes) +
+                   " MB of memory to decode"};
+    case DecoderExit::notStarted:
+      return Error{"its decoder cannot start its libraries"};
+    case DecoderExit::notSandboxed:
+      return Error{"its decoder cannot shut itself off from the system, and so does not start"};
+    default:
+      return Error{"its decoder " + describeEnd(*status)};
+  }
 }
 
 }  // namespace pelmora::platform

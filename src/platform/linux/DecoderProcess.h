@@ -2,6 +2,7 @@
 
 #include "platform/DecodeProtocol.h"
 #include "platform/linux/ChildProcess.h"
+#include "platform/linux/Deadline.h"
 #include "platform/linux/DecodeReply.h"
 
 #include <chrono>
@@ -9,8 +10,11 @@
 
 namespace pelmora::platform {
 
+/// What is said of a picture that took longer.
+[[nodiscard]] Error tookTooLong(std::chrono::milliseconds deadline);
+
 /// One decoder at work: it is asked for a picture at a time, and ended as soon as it breaks the
-/// protocol, takes too long or says that it is leaving.
+/// protocol, takes too long, says that it is leaving, or has been asked some hundred times.
 /// Thread: one at a time. Owns the process. Errors: one short line for a person.
 class DecoderProcess {
  public:
@@ -27,6 +31,8 @@ class DecoderProcess {
 
   /// Asks for the picture in the file that `descriptor` is open on, at its begin.
   [[nodiscard]] Attempt request(int descriptor, int longestSide);
+  /// The same, where some of the time has passed already.
+  [[nodiscard]] Attempt request(int descriptor, int longestSide, const Deadline& until);
   /// Whether it can be asked again.
   [[nodiscard]] bool isAlive() const { return _child.has_value(); }
   /// The number of its process, while it is alive.
@@ -38,11 +44,10 @@ class DecoderProcess {
 
   [[nodiscard]] bool hasEnded() const;
   void limitAnswer(int longestSide) const;
-  Attempt answer(const DecodeRequest& request);
+  Attempt answer(const DecodeRequest& request, const Deadline& until);
   Attempt notTaken();
-  Error endAfter(int receiveError);
+  Error endWithoutReply();
   Error describe(std::optional<int> status) const;
-  Error tookTooLong() const;
 
   std::optional<ChildProcess> _child;
   std::chrono::milliseconds _deadline;

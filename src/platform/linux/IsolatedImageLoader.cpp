@@ -52,7 +52,8 @@ struct IsolatedImageLoader::State {
   std::optional<DecoderProcess> takeIdle();
   void keepIdle(DecoderProcess decoder);
   Result<DecoderProcess> start();
-  DecoderProcess::Attempt ask(DecoderProcess decoder, int descriptor, int longestSide);
+  DecoderProcess::Attempt ask(DecoderProcess decoder, int descriptor, int longestSide,
+                              const Deadline& until);
   Result<InspectedPicture> askUntilTaken(int descriptor, int longestSide);
 
   const Settings settings;
@@ -79,8 +80,8 @@ Result<DecoderProcess> IsolatedImageLoader::State::start() {
 }
 
 DecoderProcess::Attempt IsolatedImageLoader::State::ask(DecoderProcess decoder, int descriptor,
-                                                        int longestSide) {
-  DecoderProcess::Attempt attempt = decoder.request(descriptor, longestSide);
+                                                        int longestSide, const Deadline& until) {
+  DecoderProcess::Attempt attempt = decoder.request(descriptor, longestSide, until);
   if (decoder.isAlive()) keepIdle(std::move(decoder));
   return attempt;
 }
@@ -88,13 +89,15 @@ DecoderProcess::Attempt IsolatedImageLoader::State::ask(DecoderProcess decoder, 
 /// Idle decoders may have been ended by anybody meanwhile; one that was just started has no excuse.
 Result<InspectedPicture> IsolatedImageLoader::State::askUntilTaken(int descriptor,
                                                                    int longestSide) {
+  const Deadline until(settings.deadline);
   while (std::optional<DecoderProcess> decoder = takeIdle()) {
-    auto attempt = ask(*std::move(decoder), descriptor, longestSide);
+    auto attempt = ask(*std::move(decoder), descriptor, longestSide, until);
     if (attempt.wasTaken) return std::move(attempt.picture);
+    if (until.isOver()) return tookTooLong(settings.deadline);
   }
   Result<DecoderProcess> decoder = start();
   if (!decoder) return decoder.error();
-  return ask(*std::move(decoder), descriptor, longestSide).picture;
+  return ask(*std::move(decoder), descriptor, longestSide, until).picture;
 }
 
 IsolatedImageLoader::IsolatedImageLoader(Settings settings)

@@ -15,7 +15,6 @@ using namespace pelmora::platform;
 
 constexpr int kLongestSide = 64;
 constexpr int kSeals = F_SEAL_SEAL | F_SEAL_SHRINK | F_SEAL_GROW | F_SEAL_WRITE;
-constexpr std::int64_t kMostBytes = 4 * kLongestSide * kLongestSide;
 
 /// What comes with the message.
 struct Attachment {
@@ -29,9 +28,9 @@ struct Attachment {
 FileDescriptor memoryFor(std::span<const std::byte> message, const Attachment& attachment) {
   DecodeReply reply;
   std::memcpy(&reply, message.data(), std::min(message.size(), sizeof reply));
-  const std::int64_t told =
-      4 * std::int64_t{reply.pixelSize.width} * std::int64_t{reply.pixelSize.height};
-  const std::int64_t size = std::clamp<std::int64_t>(told, 0, kMostBytes) + attachment.sizeError;
+  const auto side = [](int told) { return std::clamp<std::int64_t>(told, 0, kLongestSide); };
+  const std::int64_t size =
+      4 * side(reply.pixelSize.width) * side(reply.pixelSize.height) + attachment.sizeError;
   FileDescriptor memory(memfd_create("pixels", MFD_CLOEXEC | MFD_ALLOW_SEALING));
   if (ftruncate(memory.get(), std::max<std::int64_t>(size, 0)) != 0) std::abort();
   fcntl(memory.get(), F_ADD_SEALS, attachment.seals == 0 ? kSeals : attachment.seals & kSeals);

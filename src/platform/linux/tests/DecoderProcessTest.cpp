@@ -104,8 +104,31 @@ TEST_F(DecoderProcessTest, tellsWhatItDiedOf) {
   EXPECT_EQ(reasonOfNew(kDiesOfItsTimeLimit), "decoding it took longer than 10 seconds");
   EXPECT_EQ(reasonOfNew(kFillsTheMemory), "its decoder crashed (File size limit exceeded)");
   EXPECT_EQ(reasonOfNew(kEndsOutOfMemory), "it needs more than 1024 MB of memory to decode");
+  EXPECT_EQ(reasonOfNew(kEndsWithoutASandbox),
+            "its decoder cannot shut itself off from the system, and so does not start");
   EXPECT_EQ(reasonOfNew(kEndsWithStatusSeven), "its decoder ended (status 7)");
   EXPECT_EQ(reasonOfNew(kClosesAndLivesOn), "its decoder gave no answer");
+}
+
+TEST_F(DecoderProcessTest, isEndedAfterSomeHundredPicturesHoweverWellItBehaves) {
+  DecoderProcess decoder = start();
+  const pid_t first = decoder.id();
+  int answers = 0;
+  for (; decoder.isAlive() && answers < 2000; ++answers) {
+    ASSERT_EQ(decoder.id(), first);
+    ASSERT_TRUE(decoder.request(file.get(), kAnswersWell).picture.ok());
+  }
+  EXPECT_EQ(answers, 500);
+}
+
+TEST_F(DecoderProcessTest, hasNoMoreTimeThanIsLeft) {
+  DecoderProcess decoder = start();
+  const Deadline passed(milliseconds(1));
+  while (!passed.isOver()) {
+  }
+  EXPECT_EQ(decoder.request(file.get(), kHangs, passed).picture.error().message,
+            "decoding it took longer than 10 seconds");
+  EXPECT_FALSE(decoder.isAlive());
 }
 
 TEST_F(DecoderProcessTest, tellsARequestThatWasNotTaken) {
@@ -137,7 +160,8 @@ TEST_F(DecoderProcessTest, isEndedAfterAWrongAnswer) {
 TEST_F(DecoderProcessTest, isEndedWhenItSaysWhatItWasNotAsked) {
   DecoderProcess decoder = start(milliseconds(100));
   ASSERT_TRUE(decoder.request(file.get(), kAnswersTwice).picture.ok());
-  EXPECT_FALSE(decoder.request(file.get(), kAnswersWell).wasTaken);
+  // Whether its second answer comes before the next request or after it.
+  EXPECT_FALSE(decoder.request(file.get(), kAnswersWell).picture.ok());
   EXPECT_FALSE(decoder.isAlive());
 }
 

@@ -101,6 +101,8 @@ void end(int behaviour) {
       dieOf(SIGALRM);
     case kEndsOutOfMemory:
       _exit(static_cast<int>(DecoderExit::outOfMemory));
+    case kEndsWithoutASandbox:
+      _exit(static_cast<int>(DecoderExit::notSandboxed));
     case kEndsWithStatusSeven:
       _exit(7);
     case kClosesAndLivesOn:

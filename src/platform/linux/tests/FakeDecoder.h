@@ -12,6 +12,7 @@ enum FakeBehaviour : int {
   kDiesOfItsTimeLimit,
   kEndsOutOfMemory,
   kEndsWithStatusSeven,
+  kEndsWithoutASandbox,
   kClosesAndLivesOn,
   kHangs,
   kFillsTheMemory,
