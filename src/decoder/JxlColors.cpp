@@ -23,10 +23,10 @@ struct DecoderDeleter {
 
 VideoColors asVideo(const JxlColorEncoding& encoding) {
   if (encoding.color_space != JXL_COLOR_SPACE_RGB) return {};
+  const bool hasItsWhite = encoding.white_point == JXL_WHITE_POINT_D65;
+  if (encoding.primaries == JXL_PRIMARIES_SRGB && !hasItsWhite) return {};
   VideoColors colors{.primaries = encoding.primaries, .transfer = encoding.transfer_function};
-  if (encoding.primaries == JXL_PRIMARIES_P3 && encoding.white_point == JXL_WHITE_POINT_D65) {
-    colors.primaries = 12;
-  }
+  if (encoding.primaries == JXL_PRIMARIES_P3 && hasItsWhite) colors.primaries = 12;
   return colors;
 }
 

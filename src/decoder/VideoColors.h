@@ -9,6 +9,7 @@ struct VideoColors {
   int primaries = 2;  // 1 BT.709, 9 BT.2020, 11 DCI-P3, 12 Display P3; 2 unspecified
   int transfer = 2;   // 13 sRGB, 16 PQ, 18 HLG, 8 linear, 1/6/14/15 BT.709; 2 unspecified
 
+  [[nodiscard]] bool isSrgb() const { return primaries == 1 && transfer == 13; }
   [[nodiscard]] bool isHdr() const { return transfer == 16 || transfer == 18; }
 };
 

@@ -203,7 +203,8 @@ std::string profileOfFile(int descriptor, std::string_view format, std::string p
   if (format == "JPEG XL") {
     // Its library makes a profile too, but an HDR one clips all highlights.
     const VideoColors colors = jxlColors(descriptor);
-    return colors.isHdr() ? profileOf(colors) : profile;
+    if (colors.isHdr()) return profileOf(colors);
+    return colors.isSrgb() ? std::string() : profile;
   }
   const bool isHeif = format == "HEIC" || format == "AVIF";
   return isHeif && profile.empty() ? profileOf(heifColors(descriptor)) : profile;

@@ -28,8 +28,8 @@ class JxlColorsTest : public testing::Test {
 
 TEST_F(JxlColorsTest, areThoseOfTheFile) {
   for (const bool isLossless : {true, false}) {
-    for (const VideoColors& colors :
-         {VideoColors{9, 16}, VideoColors{9, 18}, VideoColors{12, 13}, VideoColors{1, 8}}) {
+    for (const VideoColors& colors : {VideoColors{9, 16}, VideoColors{9, 18}, VideoColors{12, 13},
+                                      VideoColors{1, 8}, VideoColors{1, 13}}) {
       const VideoColors found = read(encodedJxl(_picture, {colors, isLossless}));
       EXPECT_EQ(found.primaries, colors.primaries) << isLossless;
       EXPECT_EQ(found.transfer, colors.transfer) << isLossless;

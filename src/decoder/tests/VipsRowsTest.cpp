@@ -92,6 +92,10 @@ TEST_F(VipsRowsTest, tellTheOrientation) {
   }
 }
 
+TEST_F(VipsRowsTest, haveNoProfileWhereTheFileNamesOrdinaryColours) {
+  EXPECT_EQ(openWell(save(_folder, paintQuarters(), "a.jxl", "[lossless]"))->facts().profile, "");
+}
+
 TEST_F(VipsRowsTest, comeReducedWhereTheFormatOffersIt) {
   const auto webp = openWell(save(_folder, paintQuarters(960, 640), "a.webp"), 100);
   EXPECT_EQ(webp->format().size, (PixelSize{180, 120}));
