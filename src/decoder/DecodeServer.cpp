@@ -127,18 +127,6 @@ bool send(int socket, const DecodeReply& reply, const FileDescriptor& memory) {
   return error == 0;
 }
 
-/// The one descriptor that came; not open where there is none.
-FileDescriptor descriptorIn(msghdr& message) {
-  const cmsghdr* const header = CMSG_FIRSTHDR(&message);
-  if (!header || header->cmsg_level != SOL_SOCKET || header->cmsg_type != SCM_RIGHTS ||
-      header->cmsg_len != CMSG_LEN(sizeof(int))) {
-    return {};
-  }
-  int descriptor = -1;
-  std::memcpy(&descriptor, CMSG_DATA(header), sizeof descriptor);
-  return FileDescriptor(descriptor);
-}
-
 bool isSound(const DecodeRequest& asked) {
   return asked.magic == platform::kRequestMagic && asked.longestSide > 0 &&
          asked.longestSide <= platform::kMaxLongestSide && asked.deadlineSeconds > 0 &&
@@ -176,23 +164,17 @@ DecoderExit DecodeServer::run() {
 }
 
 DecodeServer::Reading DecodeServer::read(Request& request) const {
-  iovec part{&request.asked, sizeof request.asked};
-  alignas(cmsghdr) std::array<char, CMSG_SPACE(sizeof(int))> control{};
-  msghdr message{};
-  message.msg_iov = &part;
-  message.msg_iovlen = 1;
-  message.msg_control = control.data();
-  message.msg_controllen = control.size();
-  ssize_t length = 0;
-  do {
-    length = recvmsg(_socket, &message, MSG_CMSG_CLOEXEC);
-  } while (length < 0 && errno == EINTR);
-  if (length <= 0) return Reading::end;
-  request.file = descriptorIn(message);
-  const bool isWhole = length == ssize_t{sizeof request.asked} &&
-                       (message.msg_flags & (MSG_TRUNC | MSG_CTRUNC)) == 0;
-  const bool isSane = isWhole && request.file.isOpen() && isSound(request.asked);
-  return isSane ? Reading::request : Reading::broken;
+  const std::span bytes = std::as_writable_bytes(std::span(&request.asked, 1));
+  platform::Received received =
+      platform::receiveMessage(_socket, bytes, platform::Waiting::untilThere);
+  platform::ReceivedMessage& message = received.message;
+  if (received.error != 0 || message.bytes.empty()) return Reading::end;
+  const bool isWhole = !message.isCut && message.bytes.size() == bytes.size();
+  if (!isWhole || message.descriptors.size() != 1 || !isSound(request.asked)) {
+    return Reading::broken;
+  }
+  request.file = std::move(message.descriptors.front());
+  return Reading::request;
 }
 
 bool DecodeServer::answer(const Request& request) {

@@ -3,6 +3,7 @@
 #include "host/LayerListing.h"
 #include "host/LinuxServices.h"
 #include "host/OffscreenPresenter.h"
+#include "host/PictureFile.h"
 #include "host/RenderCommand.h"
 #include "host/SaverSession.h"
 #include "platform/linux/SystemClock.h"
@@ -12,16 +13,13 @@
 #include "sources/PMSourceList.h"
 #include "view/PelmoraView.h"
 
-#include <QBuffer>
 #include <QGuiApplication>
 #include <QJsonArray>
 #include <QJsonDocument>
 
 #include <cstdio>
 #include <cstdlib>
-#include <cstring>
 #include <filesystem>
-#include <fstream>
 #include <thread>
 
 namespace pelmora::host {
@@ -37,24 +35,6 @@ class RequestedDisplays : public platform::Displays {
  private:
   const std::vector<platform::Display>& _screens;
 };
-
-/// With the mode that the user's umask gives, to whatever the path names.
-Status writeFile(const std::string& path, const QByteArray& bytes) {
-  errno = 0;
-  std::ofstream file(path, std::ios::binary);
-  file.write(bytes.constData(), bytes.size());
-  file.close();
-  if (!file) return Error{path + ": " + std::strerror(errno != 0 ? errno : EIO)};
-  return Done{};
-}
-
-Status writePicture(const std::string& path, const QImage& picture) {
-  QByteArray bytes;
-  QBuffer buffer(&bytes);
-  buffer.open(QIODevice::WriteOnly);
-  if (!picture.save(&buffer, "PNG")) return Error{path + ": the picture could not be encoded"};
-  return writeFile(path, bytes);
-}
 
 /// One run. Members are in the order in which they need each other.
 class Run {

@@ -58,23 +58,9 @@ class DecodeServerTest : public testing::Test {
 
   [[nodiscard]] Result<CheckedReply> reply(const DecodeRequest& request) const {
     std::array<std::byte, sizeof(DecodeReply)> bytes{};
-    iovec part{bytes.data(), bytes.size()};
-    alignas(cmsghdr) std::array<char, CMSG_SPACE(sizeof(int))> control{};
-    msghdr message{};
-    message.msg_iov = &part;
-    message.msg_iovlen = 1;
-    message.msg_control = control.data();
-    message.msg_controllen = control.size();
-    const ssize_t length = recvmsg(ours.get(), &message, MSG_CMSG_CLOEXEC | MSG_DONTWAIT);
-    if (length < 0) return Error{"no reply"};
-    platform::ReceivedMessage received;
-    received.bytes = std::span(bytes).first(static_cast<std::size_t>(length));
-    if (const cmsghdr* const header = CMSG_FIRSTHDR(&message)) {
-      int descriptor = -1;
-      std::memcpy(&descriptor, CMSG_DATA(header), sizeof descriptor);
-      received.descriptors.emplace_back(descriptor);
-    }
-    return checkReply(std::move(received), request);
+    auto received = platform::receiveMessage(ours.get(), bytes, platform::Waiting::no);
+    if (received.error != 0) return Error{"no reply"};
+    return checkReply(std::move(received.message), request);
   }
 
   /// What the server makes of all that was sent.

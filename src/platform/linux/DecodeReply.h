@@ -1,21 +1,10 @@
 #pragma once
 
 #include "platform/DecodeProtocol.h"
-#include "platform/FileDescriptor.h"
+#include "platform/DescriptorMessage.h"
 #include "platform/linux/InspectedPicture.h"
 
-#include <cstddef>
-#include <span>
-#include <vector>
-
 namespace pelmora::platform {
-
-/// A message as the socket gave it. Owns the descriptors that came with it, expected or not.
-struct ReceivedMessage {
-  std::span<const std::byte> bytes;
-  bool isCut = false;  // the message or its descriptors did not fit
-  std::vector<FileDescriptor> descriptors;
-};
 
 /// A reply that keeps to the protocol.
 struct CheckedReply {

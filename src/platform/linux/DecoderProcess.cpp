@@ -20,47 +20,8 @@ namespace {
 
 // How long a decoder that closed its socket may take to be gone: it is ending already.
 constexpr std::chrono::milliseconds kPatience{200};
-// More than a reply has, to see what a wrong one brings.
-constexpr std::size_t kMaxDescriptors = 8;
 // However well it behaves, it may have been taken over by one of the pictures that it was given.
 constexpr std::uint32_t kMaxRequests = 500;
-
-std::vector<FileDescriptor> descriptorsOf(msghdr& message) {
-  std::vector<FileDescriptor> descriptors;
-  for (cmsghdr* header = CMSG_FIRSTHDR(&message); header; header = CMSG_NXTHDR(&message, header)) {
-    if (header->cmsg_level != SOL_SOCKET || header->cmsg_type != SCM_RIGHTS) continue;
-    const std::size_t count = (header->cmsg_len - CMSG_LEN(0)) / sizeof(int);
-    for (std::size_t i = 0; i < count; ++i) {
-      int descriptor = -1;
-      std::memcpy(&descriptor, CMSG_DATA(header) + i * sizeof descriptor, sizeof descriptor);
-      descriptors.emplace_back(descriptor);
-    }
-  }
-  return descriptors;
-}
-
-struct Received {
-  int error = 0;  // 0 with no bytes: the socket was closed
-  ReceivedMessage message;
-};
-
-Received receive(int socket, std::span<std::byte> buffer) {
-  iovec part{buffer.data(), buffer.size()};
-  alignas(cmsghdr) std::array<char, CMSG_SPACE(kMaxDescriptors * sizeof(int))> control{};
-  msghdr message{};
-  ssize_t length = 0;
-  do {
-    message = {};
-    message.msg_iov = &part;
-    message.msg_iovlen = 1;
-    message.msg_control = control.data();
-    message.msg_controllen = control.size();
-    length = recvmsg(socket, &message, MSG_CMSG_CLOEXEC | MSG_DONTWAIT);
-  } while (length < 0 && errno == EINTR);
-  if (length < 0) return {errno, {}};
-  const bool isCut = (message.msg_flags & (MSG_TRUNC | MSG_CTRUNC)) != 0;
-  return {0, {buffer.first(static_cast<std::size_t>(length)), isCut, descriptorsOf(message)}};
-}
 
 std::string secondsText(std::chrono::milliseconds time) {
   std::array<char, 32> text{};
@@ -128,7 +89,7 @@ DecoderProcess::Attempt DecoderProcess::answer(const DecodeRequest& request,
     return {true, tookTooLong(_deadline)};
   }
   std::array<std::byte, sizeof(DecodeReply)> buffer{};
-  Received received = receive(_child->socket(), buffer);
+  Received received = receiveMessage(_child->socket(), buffer, Waiting::no);
   // The kernel's word for an end with the request unread.
   if (received.error == ECONNRESET) return notTaken();
   const bool isReply = received.error == 0 && !received.message.bytes.empty();

@@ -1,14 +1,11 @@
 #include "platform/DescriptorMessage.h"
 
-#include "platform/FileDescriptor.h"
-
 #include <fcntl.h>
 #include <gtest/gtest.h>
 #include <sys/socket.h>
 
 #include <array>
 #include <cerrno>
-#include <cstring>
 #include <string>
 
 namespace pelmora::platform {
@@ -28,30 +25,13 @@ class DescriptorMessageTest : public testing::Test {
     return sendMessage(from.get(), std::as_bytes(std::span(text)), descriptor);
   }
 
-  struct Received {
-    std::string text;
-    FileDescriptor descriptor;
-  };
-  Received receive() const {
-    std::array<char, 100> bytes{};
-    iovec part{bytes.data(), bytes.size()};
-    alignas(cmsghdr) std::array<char, CMSG_SPACE(sizeof(int))> control{};
-    msghdr message{};
-    message.msg_iov = &part;
-    message.msg_iovlen = 1;
-    message.msg_control = control.data();
-    message.msg_controllen = control.size();
-    const ssize_t length = recvmsg(to.get(), &message, MSG_CMSG_CLOEXEC | MSG_DONTWAIT);
-    Received received{
-        std::string(bytes.data(), static_cast<std::size_t>(std::max<ssize_t>(length, 0))), {}};
-    if (const cmsghdr* const header = CMSG_FIRSTHDR(&message)) {
-      int descriptor = -1;
-      std::memcpy(&descriptor, CMSG_DATA(header), sizeof descriptor);
-      received.descriptor = FileDescriptor(descriptor);
-    }
-    return received;
+  Received receive() { return receiveMessage(to.get(), buffer, Waiting::no); }
+  static std::string textOf(const Received& received) {
+    const auto bytes = received.message.bytes;
+    return {reinterpret_cast<const char*>(bytes.data()), bytes.size()};
   }
 
+  std::array<std::byte, 10> buffer{};
   FileDescriptor from;
   FileDescriptor to;
 };
@@ -62,18 +42,34 @@ TEST_F(DescriptorMessageTest, comesWholeWithItsDescriptor) {
   const FileDescriptor file(open("/dev/null", O_RDONLY | O_CLOEXEC));
   ASSERT_EQ(send("a picture", file.get()), 0);
   const Received received = receive();
-  EXPECT_EQ(received.text, "a picture");
-  EXPECT_TRUE(received.descriptor.isOpen());
-  EXPECT_NE(received.descriptor.get(), file.get());
+  EXPECT_EQ(textOf(received), "a picture");
+  EXPECT_FALSE(received.message.isCut);
+  ASSERT_EQ(received.message.descriptors.size(), 1U);
+  EXPECT_NE(received.message.descriptors[0].get(), file.get());
 }
 
 TEST_F(DescriptorMessageTest, comesWithoutADescriptorWhereThereIsNone) {
   ASSERT_EQ(send("no", -1), 0);
   ASSERT_EQ(send("and no", -1), 0);
   const Received received = receive();
-  EXPECT_EQ(received.text, "no");
-  EXPECT_FALSE(received.descriptor.isOpen());
-  EXPECT_EQ(receive().text, "and no");
+  EXPECT_EQ(textOf(received), "no");
+  EXPECT_TRUE(received.message.descriptors.empty());
+  EXPECT_EQ(textOf(receive()), "and no");
+}
+
+TEST_F(DescriptorMessageTest, tellsWhenItDidNotFit) {
+  ASSERT_EQ(send("longer than ten", -1), 0);
+  const Received received = receive();
+  EXPECT_TRUE(received.message.isCut);
+  EXPECT_EQ(textOf(received), "longer tha");
+}
+
+TEST_F(DescriptorMessageTest, tellsWhenThereIsNothing) {
+  EXPECT_EQ(receive().error, EAGAIN);
+  from = {};
+  const Received received = receive();
+  EXPECT_EQ(received.error, 0);
+  EXPECT_TRUE(received.message.bytes.empty());
 }
 
 TEST_F(DescriptorMessageTest, tellsWhenNobodyIsThere) {
