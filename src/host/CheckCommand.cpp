@@ -36,14 +36,16 @@ void printHelp() {
       "  PATH: not shown: REASON\n"
       "\n"
       "Width and height are those of the upright picture, orientation is what the file says (1 to\n"
-      "8), tags read 'tags A; B', and the time is what it took to decode it. A comma in a part is\n"
-      "written as ';', and what cannot be printed as \\xNN.\n"
+      "8), tags read 'tags A; B', and the time is what it took to get the picture (the first one's "
+      "with\n"
+      "the start of the decoder). A comma in a part is written as ';', and what cannot be printed\n"
+      "as \\xNN.\n"
       "The status is 1 when a picture is not shown, a folder cannot be read or a file be written.\n"
       "\n"
       "With --out, each picture's file is its name with '.png', and with '-2.png', '-3.png' and "
       "so\n"
       "on where the name is taken in this run. Files of earlier runs are replaced. DIR is made if\n"
-      "it is missing, and is not searched itself.\n"
+      "it is missing, is not searched, and cannot be a folder that pictures are read from.\n"
       "\n%s",
       describeOptions(kOptions).c_str());
 }

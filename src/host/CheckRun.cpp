@@ -60,14 +60,32 @@ QImage imageOf(const platform::Pixels& pixels) {
 }  // namespace
 
 bool CheckRun::run() {
-  if (!_request.out.empty()) {
-    std::error_code problem;
-    std::filesystem::create_directories(_request.out.bytes(), problem);
-    if (problem) _tools.complain(printableLine(_request.out.bytes()) + ": " + problem.message());
-    if (problem) return false;
+  if (const Status prepared = prepareOut(); !prepared) {
+    _tools.complain(prepared.error().message);
+    return false;
   }
   for (const std::string& word : _request.words) checkWord(word);
   return _isAllWell;
+}
+
+/// Makes the folder to write to. One that pictures are read from could lose some to those written.
+Status CheckRun::prepareOut() const {
+  if (_request.out.empty()) return Done{};
+  const std::string name = printableLine(_request.out.bytes());
+  std::error_code problem;
+  std::filesystem::create_directories(_request.out.bytes(), problem);
+  if (problem) return Error{name + ": " + problem.message()};
+  const auto out = _tools.files.facts(_request.out, platform::FinalLink::follow);
+  for (const std::string& word : _request.words) {
+    const FilePath path = absolutePath(word);
+    const bool isFolder = platform::isDirectory(_tools.files, path);
+    const auto read =
+        _tools.files.facts(isFolder ? path : path.parent(), platform::FinalLink::follow);
+    if (out && read && out->identity == read->identity) {
+      return Error{name + ": pictures are read from there; choose another folder"};
+    }
+  }
+  return Done{};
 }
 
 void CheckRun::checkWord(const std::string& word) {

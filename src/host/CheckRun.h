@@ -43,6 +43,7 @@ class CheckRun {
   [[nodiscard]] bool run();
 
  private:
+  [[nodiscard]] Status prepareOut() const;
   void checkWord(const std::string& word);
   void checkFile(const FilePath& file, const std::string& shownPath);
   void refuse(const std::string& shownPath, const Error& why);

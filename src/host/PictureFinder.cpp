@@ -20,8 +20,14 @@ void PictureFinder::leaveOut(const FilePath& folder) {
 
 void PictureFinder::find(const FilePath& fileOrFolder) {
   const auto facts = _files.facts(fileOrFolder, FinalLink::follow);
-  if (facts && facts->kind == EntryKind::folder) return visitBaseFolder(fileOrFolder);
-  _answers.file(fileOrFolder);
+  const bool isFolder = facts && facts->kind == EntryKind::folder;
+  if (!isFolder) return _answers.file(fileOrFolder);
+  visitBaseFolder(fileOrFolder);
+  while (!_waiting.empty()) {
+    const FilePath next = std::move(_waiting.front());
+    _waiting.pop_front();
+    visit(next);
+  }
 }
 
 void PictureFinder::visitBaseFolder(const FilePath& folder) {
@@ -67,7 +73,7 @@ void PictureFinder::visitEntries(const FilePath& folder, std::vector<Entry> entr
             [](const Entry& left, const Entry& right) { return left.name < right.name; });
   for (const Entry& entry : entries) {
     if (entry.isFolder) {
-      visit(folder / entry.name);
+      _waiting.push_back(folder / entry.name);
     } else {
       _answers.file(folder / entry.name);
     }

@@ -2,6 +2,7 @@
 
 #include "platform/Files.h"
 
+#include <deque>
 #include <functional>
 #include <unordered_set>
 #include <utility>
@@ -12,8 +13,9 @@ namespace pelmora::host {
 /// Finds the files that the saver would try to show if a folder were in its list, by the rules of
 /// its walk: hidden entries and packages are left out; a link to a folder gives that folder's own
 /// files, but directly in the first folder it counts as a file; no folder is looked into twice.
-/// One order for all: each folder's entries by the bytes of their names.
-/// Thread: one. Ownership: the files outlive it. Memory: the names on the way down alone.
+/// One order for all: level by level as the walk goes, each folder's entries by the bytes of their
+/// names. Thread: one. Ownership: the files outlive it. Memory: one folder's names, and the paths
+/// of the folders of a level.
 class PictureFinder {
  public:
   struct Answers {
@@ -41,6 +43,7 @@ class PictureFinder {
 
   const platform::Files& _files;
   const Answers _answers;
+  std::deque<FilePath> _waiting;  // folders to visit
   std::unordered_set<platform::FileIdentity, platform::FileIdentityHash> _visited;
 };
 

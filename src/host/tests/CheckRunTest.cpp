@@ -171,4 +171,16 @@ TEST_F(CheckRunTest, tellsOfAFileThatCannotBeWrittenAndGoesOn) {
   EXPECT_TRUE(std::filesystem::exists(pathOf("out/b.jpg.png")));
 }
 
+TEST_F(CheckRunTest, writesNothingIntoAFolderThatItReads) {
+  const FilePath photo = home.write("photos/photo", "x");
+  const FilePath other = home.write("photos/photo.png", "y");
+  home.mkdir("empty");
+  for (const std::string& word : {pathOf("photos"), photo.bytes(), pathOf("photos/")}) {
+    EXPECT_FALSE(check({pathOf("empty"), word}, pathOf("photos"))) << word;
+    EXPECT_EQ(lines, Lines{"! " + pathOf("photos") +
+                           ": pictures are read from there; choose another folder"});
+  }
+  EXPECT_EQ(std::filesystem::file_size(other.bytes()), 1U);
+}
+
 }  // namespace pelmora::host

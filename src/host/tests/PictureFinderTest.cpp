@@ -38,11 +38,11 @@ using Names = std::vector<std::string>;
 
 }  // namespace
 
-TEST_F(PictureFinderTest, findsFilesInTheOrderOfTheirNamesBytes) {
+TEST_F(PictureFinderTest, findsFilesLevelByLevelInTheOrderOfTheirNamesBytes) {
   for (const char* name : {"b.jpg", "a/z.jpg", "a/B.jpg", "a/y/1.jpg", "\xE9.jpg", "Z.jpg"}) {
     home.write(name);
   }
-  EXPECT_EQ(find(), (Names{"Z.jpg", "a/B.jpg", "a/y/1.jpg", "a/z.jpg", "b.jpg", "\xE9.jpg"}));
+  EXPECT_EQ(find(), (Names{"Z.jpg", "b.jpg", "\xE9.jpg", "a/B.jpg", "a/z.jpg", "a/y/1.jpg"}));
 }
 
 TEST_F(PictureFinderTest, leavesOutWhatIsHiddenAndPackages) {
@@ -70,7 +70,7 @@ TEST_F(PictureFinderTest, followsTheLinkThatItWasGiven) {
 TEST_F(PictureFinderTest, takesALinkInTheFirstFolderForAFile) {
   home.write("a/b.jpg");
   home.link("c", "a");
-  EXPECT_EQ(find(), (Names{"a/b.jpg", "c"}));
+  EXPECT_EQ(find(), (Names{"c", "a/b.jpg"}));
 }
 
 TEST_F(PictureFinderTest, findsTheFilesOfALinkedFolderButNotThoseBelow) {
@@ -79,6 +79,13 @@ TEST_F(PictureFinderTest, findsTheFilesOfALinkedFolderButNotThoseBelow) {
   home.mkdir("e/f");
   home.link("e/f/g", home.path() / "a");
   EXPECT_EQ(find("e"), (Names{"a/b.jpg"}));
+}
+
+TEST_F(PictureFinderTest, findsAllBelowAFolderThatALinkLeadsToBefore) {
+  home.write("a/b/deep.jpg");
+  home.write("1/c.jpg");
+  home.link("1/link", home.path() / "a");
+  EXPECT_EQ(find(), (Names{"1/c.jpg", "a/b/deep.jpg"}));
 }
 
 TEST_F(PictureFinderTest, looksIntoNoFolderTwice) {
@@ -120,7 +127,7 @@ TEST(PictureFinder, tellsOfFoldersThatCannotBeRead) {
                   }});
   finder.find(home.path());
   finder.find(home.path() / "locked 2");
-  EXPECT_EQ(told, (Names{"locked 1: Permission denied", "locked 2: Permission denied",
+  EXPECT_EQ(told, (Names{"locked 2: Permission denied", "locked 1: Permission denied",
                          "locked 2: Permission denied"}));
 }
 
