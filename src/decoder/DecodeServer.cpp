@@ -8,13 +8,11 @@
 #include <malloc.h>
 #include <sys/mman.h>
 #include <sys/resource.h>
-#include <sys/socket.h>
 #include <unistd.h>
 
 #include <algorithm>
 #include <array>
 #include <cerrno>
-#include <cstring>
 #include <ctime>
 #include <new>
 #include <string_view>
