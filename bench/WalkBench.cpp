@@ -55,6 +55,7 @@ class WalkServices {
       .displays = _fakes.displays,
       .workspace = _fakes.workspace,
       .images = _fakes.images,
+      .metadata = _fakes.metadata,
       .sound = _fakes.sound,
       .notifications = _fakes.notifications,
       .distributedNotifications = _fakes.distributedNotifications,

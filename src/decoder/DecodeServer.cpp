@@ -2,6 +2,7 @@
 
 #include "decoder/Upright.h"
 #include "platform/DescriptorMessage.h"
+#include "sandbox/TimeLimit.h"
 
 #include <fcntl.h>
 #include <glib.h>
@@ -30,38 +31,9 @@ using platform::FileDescriptor;
 
 constexpr unsigned kMemoryFlags = MFD_CLOEXEC | MFD_ALLOW_SEALING;
 constexpr unsigned kNeverAProgram = 0x8;  // MFD_NOEXEC_SEAL, which older headers lack
-// Seconds beyond the deadline; by then the other side has long given up.
-constexpr int kCpuGrace = 2;
-constexpr int kGrace = 3;
 constexpr int kMaxDeadlineSeconds = 3600;
 // Memory that is free again is given back to the system from here on; it costs a while.
 constexpr std::int64_t kWorthTrimming = 24 << 20;
-
-/// While this lives, the process has no more than `seconds` left: a loop in a library, or a disk
-/// that does not answer, ends it.
-class TimeLimit {
- public:
-  explicit TimeLimit(int seconds) {
-    rusage used{};
-    getrusage(RUSAGE_SELF, &used);
-    setCpu(static_cast<rlim_t>(used.ru_utime.tv_sec + used.ru_stime.tv_sec + seconds + kCpuGrace));
-    alarm(static_cast<unsigned>(seconds + kGrace));
-  }
-  ~TimeLimit() {
-    alarm(0);
-    setCpu(RLIM_INFINITY);
-  }
-  TimeLimit(const TimeLimit&) = delete;
-  TimeLimit& operator=(const TimeLimit&) = delete;
-
- private:
-  static void setCpu(rlim_t seconds) {
-    rlimit limit{};
-    if (getrlimit(RLIMIT_CPU, &limit) != 0) return;
-    limit.rlim_cur = std::min(seconds, limit.rlim_max);
-    setrlimit(RLIMIT_CPU, &limit);
-  }
-};
 
 template <std::size_t size>
 void setText(std::array<char, size>& field, std::string_view text) {
@@ -154,7 +126,7 @@ DecoderExit DecodeServer::run() {
       case Reading::request:
         break;
     }
-    const TimeLimit limit(request.asked.deadlineSeconds);
+    const sandbox::TimeLimit limit(request.asked.deadlineSeconds);
     // Nobody is there to take the reply: the other side gave up, and ends this process anyway.
     if (!answer(request)) return DecoderExit::done;
   }
@@ -194,7 +166,7 @@ bool DecodeServer::answer(const Request& request) {
 }
 
 bool DecodeServer::isOld() const {
-  const MemoryUse::Bytes now = _memory.now();
+  const sandbox::MemoryUse::Bytes now = _memory.now();
   rusage used{};
   getrusage(RUSAGE_SELF, &used);
   return now.resident - _atStart.resident > _age.grownBytes ||

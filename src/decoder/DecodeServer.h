@@ -1,9 +1,9 @@
 #pragma once
 
-#include "decoder/MemoryUse.h"
 #include "decoder/PictureDecoder.h"
 #include "platform/DecodeProtocol.h"
 #include "platform/FileDescriptor.h"
+#include "sandbox/MemoryUse.h"
 
 #include <functional>
 #include <optional>
@@ -43,8 +43,8 @@ class DecodeServer {
   const int _socket;
   const Decode _decode;
   const RetirementAge _age;
-  const MemoryUse _memory;
-  const MemoryUse::Bytes _atStart;
+  const sandbox::MemoryUse _memory;
+  const sandbox::MemoryUse::Bytes _atStart;
   bool _isLeaving = false;
 };
 

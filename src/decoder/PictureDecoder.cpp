@@ -1,5 +1,6 @@
 #include "decoder/PictureDecoder.h"
 
+#include "decoder/BmpRows.h"
 #include "decoder/JpegRows.h"
 #include "decoder/PictureSignature.h"
 #include "decoder/PremultipliedRows.h"
@@ -22,6 +23,7 @@ namespace {
 using OpenedRows = Result<std::unique_ptr<RowReader>>;
 
 OpenedRows openRows(int descriptor, int longestSide) {
+  if (hasBmpSignature(descriptor)) return openBmp(descriptor);
   if (hasJpegSignature(descriptor)) {
     if (lseek(descriptor, 0, SEEK_SET) != 0) return Error{"it cannot be read"};
     OpenedRows rows = openJpeg(descriptor, longestSide);

@@ -11,10 +11,10 @@ struct DecodedPicture {
   Raster raster;
 };
 
-/// Decodes pictures of every format: rows from `openJpeg` or `openWithVips`, made smaller by
-/// `Resampler`, then the colours of the small picture converted by `ColorConversion`.
+/// Decodes pictures of every format: rows from `openJpeg`, `openBmp` or `openWithVips`, made
+/// smaller by `Resampler`, then the colours of the small picture converted by `ColorConversion`.
 /// Thread: one. Ownership: none of the descriptor. Errors: one short line for a person, such as "it
-/// is damaged (…)"; nothing is thrown. `startVips` comes first.
+/// is damaged (…)"; nothing is thrown. `startVips` comes first, and `startBmp`.
 class PictureDecoder {
  public:
   PictureDecoder();

@@ -18,6 +18,8 @@ struct Signature {
 };
 
 constexpr Signature kJpeg{0, "\xFF\xD8"sv};
+constexpr Signature kBmp{0, "BM"sv};                 // as any text might begin
+constexpr Signature kBmpHeaderSize{15, "\0\0\0"sv};  // its upper bytes
 constexpr std::array kOthers{
     Signature{0, "\x89PNG\r\n\x1A\n"sv},
     Signature{0, "GIF8"sv},
@@ -42,7 +44,7 @@ class Begin {
   }
 
  private:
-  std::array<char, 16> _bytes{};
+  std::array<char, 18> _bytes{};
   ssize_t _count;
 };
 
@@ -55,5 +57,10 @@ bool hasPictureSignature(int descriptor) {
 }
 
 bool hasJpegSignature(int descriptor) { return Begin(descriptor).is(kJpeg); }
+
+bool hasBmpSignature(int descriptor) {
+  const Begin begin(descriptor);
+  return begin.is(kBmp) && begin.is(kBmpHeaderSize);
+}
 
 }  // namespace pelmora::decoder

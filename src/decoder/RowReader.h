@@ -38,14 +38,15 @@ struct RowFormat {
 
 /// What a file says about its picture, and who looks at it wants to know.
 struct PictureFacts {
-  std::string format;        // "JPEG", "PNG", "WebP", "TIFF", "GIF", "HEIC", "AVIF", "JPEG XL"
+  std::string format;        // "JPEG", "PNG", "WebP", "TIFF", "GIF", "HEIC", "AVIF", "JPEG XL",
+                             // "BMP"
   PixelSize storedSize;      // before turning and before any reduction
   int orientation = 1;       // 1 to 8, as EXIF counts; 1 where the decoder has turned it already
   std::string profile = {};  // the bytes of the ICC profile of its pixels; empty: sRGB
 };
 
-/// A picture being read, row by row from the top. Made by `openJpeg` and `openWithVips`, which
-/// check its header and its limits before any pixel is read.
+/// A picture being read, row by row from the top. Made by `openJpeg`, `openBmp` and `openWithVips`,
+/// which check its header and its limits before any pixel is read.
 /// Thread: one. Ownership: does not own the descriptor it reads from. Errors: as `Status`; after
 /// one, no more rows can be had. Nothing is thrown, and no library's text goes to standard error.
 class RowReader {

@@ -1,8 +1,9 @@
+#include "decoder/BmpRows.h"
 #include "decoder/DecodeServer.h"
 #include "decoder/LibraryPages.h"
 #include "decoder/PictureDecoder.h"
-#include "decoder/Sandbox.h"
 #include "decoder/VipsRows.h"
+#include "sandbox/Sandbox.h"
 
 #include <malloc.h>
 #include <pthread.h>
@@ -28,12 +29,17 @@ DecoderExit serve() {
   pthread_setattr_default_np(&attributes);
   endWhenOutOfMemory();
   if (!startVips()) return DecoderExit::notStarted;
+  startBmp();
   PictureDecoder decoder;
   DecodeServer server(platform::kDecoderSocket, [&decoder](int descriptor, int longestSide) {
     return decoder.decode(descriptor, longestSide);
   });
   giveBackLibraryPages();
-  if (const Status status = enterSandbox(platform::kDecoderMegabytes << 20); !status) {
+  constexpr std::int64_t kLargestPicture =
+      std::int64_t{4} * platform::kMaxLongestSide * platform::kMaxLongestSide;
+  const sandbox::Limits limits{.memory = platform::kDecoderMegabytes << 20,
+                               .handedOver = kLargestPicture};
+  if (const Status status = sandbox::enterSandbox(limits); !status) {
     std::fprintf(stderr, "pelmora-decoder: %s\n", status.error().message.c_str());
     return DecoderExit::notSandboxed;
   }

@@ -11,4 +11,7 @@ namespace pelmora::host {
 /// The same for a program that is at `program`.
 [[nodiscard]] FilePath decoderPathFor(const FilePath& program);
 
+/// The program that reads what is embedded in files; in the same places.
+[[nodiscard]] FilePath inspectorPath();
+
 }  // namespace pelmora::host

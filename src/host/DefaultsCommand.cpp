@@ -27,14 +27,14 @@ void printHelp() {
 ExitStatus readOne(const PreferenceTools& tools, const std::string& key) {
   const auto value = tools.preferences.objectForKey(key);
   if (!value) return failed("defaults", "there is no preference '" + key + "'");
-  std::printf("%s\n", textOfPreference(*value).c_str());
+  std::printf("%s\n", textOfPreference(key, *value).c_str());
   return ExitStatus::success;
 }
 
 ExitStatus readAll(const PreferenceTools& tools) {
   for (const std::string& key : preferenceKeys(tools.preferences.storedValues())) {
     const auto value = tools.preferences.objectForKey(key);
-    if (value) std::printf("%s = %s\n", key.c_str(), textOfPreference(*value).c_str());
+    if (value) std::printf("%s = %s\n", key.c_str(), textOfPreference(key, *value).c_str());
   }
   return ExitStatus::success;
 }

@@ -4,15 +4,19 @@
 #include "host/SampleFolders.h"
 #include "host/UserPaths.h"
 #include "platform/linux/FilePreferencesStore.h"
+#include "platform/linux/index/MetadataIndex.h"
+#include "platform/linux/index/MetadataInspector.h"
 #include "platform/linux/IsolatedImageLoader.h"
 #include "platform/linux/LinuxBookmarks.h"
 #include "platform/linux/LinuxWorkspace.h"
 #include "platform/linux/LogSound.h"
+#include "platform/linux/MakeFolders.h"
 #include "platform/linux/PosixFiles.h"
 #include "platform/linux/SystemClock.h"
 #include "platform/linux/SystemLog.h"
 #include "platform/linux/XdgUserFolders.h"
 #include "platform/NotificationCenter.h"
+#include "view/PelmoraView.h"
 
 #include <algorithm>
 #include <cassert>
@@ -31,6 +35,12 @@ struct LinuxServices::Parts {
         workspace(labelsPath(), log),
         sound(log),
         samples(userFolders, samplesPath(), log),
+        metadata({.files = files,
+                  .log = log,
+                  .clock = clock,
+                  .notifications = notifications,
+                  .inspect = [this](auto open, const auto& take) { inspector.inspect(open, take); },
+                  .file = [this] { return indexFile(); }}),
         services{
             .clock = choices.clock ? *choices.clock : clock,
             .scheduler = *choices.scheduler,
@@ -44,6 +54,7 @@ struct LinuxServices::Parts {
             .displays = *choices.displays,
             .workspace = workspace,
             .images = images,
+            .metadata = metadata,
             .sound = sound,
             .notifications = notifications,
             .distributedNotifications = distributedNotifications,
@@ -51,6 +62,8 @@ struct LinuxServices::Parts {
                                           ? choices.enumerationConcurrency
                                           : std::max(1U, std::thread::hardware_concurrency()),
         } {}
+
+  [[nodiscard]] FilePath indexFile() const;
 
   platform::SystemClock clock;
   platform::SystemLog log;
@@ -64,8 +77,19 @@ struct LinuxServices::Parts {
   SampleFolders samples;
   platform::NotificationCenter notifications;
   platform::NotificationCenter distributedNotifications;
+  platform::MetadataInspector inspector{{.program = inspectorPath()}};
+  platform::MetadataIndex metadata;
   const platform::Services services;
 };
+
+/// Beside the folder cache; without a place for it, the index is kept in memory.
+FilePath LinuxServices::Parts::indexFile() const {
+  const std::vector<FilePath> caches = userFolders.caches();
+  if (caches.empty()) return {};
+  const FilePath folder = caches.front() / view::kApplicationName;
+  if (!platform::makeFolders(folder)) return {};
+  return folder / platform::MetadataIndex::kFileName;
+}
 
 LinuxServices::LinuxServices(const ServiceChoices& choices) {
   assert(choices.scheduler && choices.displays);

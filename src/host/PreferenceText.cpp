@@ -1,6 +1,8 @@
 #include "host/PreferenceText.h"
 
 #include "host/ParseValues.h"
+#include "platform/predicate/PredicateArchive.h"
+#include "platform/predicate/PredicateText.h"
 
 #include <algorithm>
 #include <charconv>
@@ -42,6 +44,14 @@ Result<plist::Value> refuseSources(const std::string&) {
   return Error{"Sources is a list; edit it with 'pelmora sources'"};
 }
 
+Result<plist::Value> parseFilter(const std::string& text) {
+  const auto predicate = platform::predicate::parsePredicate(text);
+  if (!predicate) return predicate.error();
+  Result<plist::Bytes> archive = platform::predicate::writePredicateArchive(*predicate);
+  if (!archive) return archive.error();
+  return plist::Value(*std::move(archive));
+}
+
 Result<plist::Value> parseAnything(const std::string& text) {
   if (text == "true") return plist::Value(true);
   if (text == "false") return plist::Value(false);
@@ -58,6 +68,7 @@ struct KnownKey {
 
 constexpr KnownKey kKnownKeys[] = {
     {"Delay", "seconds between two new pictures, at least 0.5", parseDelay},
+    {"FilterPredicate", "shows the files for which it holds; see docs/filters.md", parseFilter},
     {"NumImages", "how many pictures lie on a display at once", parseCount},
     {"ShowiTunesTrack", "1 shows the track that is playing", parseSwitch},
     {"Sources", "the picture folders; see 'pelmora sources'", refuseSources},
@@ -132,6 +143,15 @@ Result<plist::Value> parsePreference(std::string_view key, const std::string& te
 
 std::string textOfPreference(const plist::Value& value) {
   return std::visit(Describe(), value.storage());
+}
+
+std::string textOfPreference(std::string_view key, const plist::Value& value) {
+  const auto* archive = key == "FilterPredicate" ? value.get<plist::Bytes>() : nullptr;
+  if (archive) {
+    const auto predicate = platform::predicate::readPredicateArchive(*archive);
+    if (predicate) return quoted(platform::predicate::textOf(*predicate));
+  }
+  return textOfPreference(value);
 }
 
 std::vector<std::string> preferenceKeys(const plist::Dictionary& stored) {

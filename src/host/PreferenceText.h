@@ -17,6 +17,8 @@ namespace pelmora::host {
 
 /// A value in one line: JSON, but that data reads as "<N bytes>".
 [[nodiscard]] std::string textOfPreference(const plist::Value& value);
+/// The same of a key's value: an archived filter reads as its text.
+[[nodiscard]] std::string textOfPreference(std::string_view key, const plist::Value& value);
 
 /// The saver's keys in the order of their help, then what else is stored.
 [[nodiscard]] std::vector<std::string> preferenceKeys(const plist::Dictionary& stored);

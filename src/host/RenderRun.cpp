@@ -112,6 +112,7 @@ void Run::settle() {
   std::atomic<bool> walked{false};
   std::jthread waiter([&] {
     list->enumQueue().waitUntilAllOperationsAreFinished();
+    list->waitUntilGathered();
     walked = true;
     _scheduler.wake();
   });

@@ -16,9 +16,9 @@ namespace {
 constexpr int kMostEntries = 5000;
 
 bool hasPictureSuffix(std::string name) {
-  static constexpr std::array<std::string_view, 12> kSuffixes = {".jpg",  ".jpeg", ".png",  ".webp",
-                                                                 ".heic", ".heif", ".avif", ".jxl",
-                                                                 ".tif",  ".tiff", ".gif",  ".mpo"};
+  static constexpr std::array<std::string_view, 13> kSuffixes = {
+      ".jpg", ".jpeg", ".png",  ".webp", ".heic", ".heif", ".avif",
+      ".jxl", ".tif",  ".tiff", ".gif",  ".mpo",  ".bmp"};
   std::transform(name.begin(), name.end(), name.begin(),
                  [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c + 32) : c; });
   return std::any_of(kSuffixes.begin(), kSuffixes.end(),

@@ -1,9 +1,8 @@
 #include "platform/OperationQueue.h"
 
-#include <sched.h>
-#include <sys/resource.h>
-#include <sys/syscall.h>
-#include <unistd.h>
+#include "platform/ThreadPriority.h"
+
+#include <pthread.h>
 
 #include <algorithm>
 #include <system_error>
@@ -13,20 +12,13 @@ namespace pelmora::platform {
 
 namespace {
 
-/// A refusal leaves the thread as it is: the work gets done all the same.
-void yieldToEverythingElse() {
-  const sched_param parameters{};
-  sched_setscheduler(0, SCHED_BATCH, &parameters);
-  setpriority(PRIO_PROCESS, static_cast<id_t>(gettid()), 19);
-  constexpr int kWhoProcess = 1;  // the C library has no names for these
-  constexpr int kClassIdle = 3 << 13;
-  syscall(SYS_ioprio_set, kWhoProcess, 0, kClassIdle);
-}
+constexpr std::size_t kLongestThreadName = 15;  // bytes
 
 }  // namespace
 
 OperationQueue::OperationQueue(Config config)
-    : _config{std::max<std::size_t>(config.maxConcurrentOperations, 1), config.qualityOfService} {}
+    : _config{std::max<std::size_t>(config.maxConcurrentOperations, 1), config.qualityOfService,
+              std::move(config.name)} {}
 
 OperationQueue::~OperationQueue() {
   {
@@ -97,6 +89,9 @@ void OperationQueue::startThreadsFor(std::size_t operations) {
 }
 
 void OperationQueue::work() {
+  if (!_config.name.empty()) {
+    pthread_setname_np(pthread_self(), _config.name.substr(0, kLongestThreadName).c_str());
+  }
   if (_config.qualityOfService == QualityOfService::background) yieldToEverythingElse();
   std::unique_lock lock(_mutex);
   for (;;) {

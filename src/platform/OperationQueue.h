@@ -6,6 +6,7 @@
 #include <deque>
 #include <memory>
 #include <mutex>
+#include <string>
 #include <thread>
 #include <vector>
 
@@ -38,6 +39,7 @@ class OperationQueue {
   struct Config {
     std::size_t maxConcurrentOperations = 1;
     QualityOfService qualityOfService = QualityOfService::standard;
+    std::string name = {};  // of the queue; its threads have as much of it as the system allows
   };
 
   explicit OperationQueue(Config config);

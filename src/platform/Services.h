@@ -10,6 +10,7 @@ class Displays;
 class Files;
 class ImageLoader;
 class Log;
+class MetadataSearch;
 class NotificationCenter;
 class PreferencesStore;
 class Scheduler;
@@ -36,6 +37,7 @@ struct Services {
   Displays& displays;
   Workspace& workspace;
   ImageLoader& images;
+  MetadataSearch& metadata;
   Sound& sound;
   NotificationCenter& notifications;             // of this process
   NotificationCenter& distributedNotifications;  // of the user's session

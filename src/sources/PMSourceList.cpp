@@ -60,6 +60,8 @@ PMSourceList::PMSourceList(const platform::Services& services)
 PMSourceList::~PMSourceList() {
   if (_dayTimer) _services.scheduler.cancel(*_dayTimer);
   _mainTurns.end();
+  if (_queer) _queer->stop();
+  endQueryObservers();
 }
 
 void PMSourceList::scheduleDayChange() {
@@ -119,6 +121,7 @@ void PMSourceList::unloadSources() {
   if (_numLoaders <= 0) return;
   if (--_numLoaders != 0) return;
   if (_queer) _queer->stop();
+  endQueryObservers();
   justUnloadSources();
   clearAll();
 }
@@ -206,25 +209,6 @@ bool PMSourceList::append(const std::shared_ptr<PMFolder>& record, std::uint64_t
         {"FirstFolderAdded", static_cast<std::int64_t>(forScreen), plist::Dictionary{}});
   }
   return true;
-}
-
-void PMSourceList::addSearchScope(const FilePath& folder, const platform::Operation* ofWalk) {
-  _mainTurns.runAndWait([this, &folder, ofWalk] {
-    const WriteGuard guard(spotlightScopesLock);
-    if (!_queer || (ofWalk && ofWalk->isCancelled())) return;
-    _queer->stop();
-    std::vector<std::string> scopes = _queer->searchScopes();
-    if (scopes.size() == 1 && scopes.front() == kPlaceholderScope) scopes.clear();
-    scopes.push_back(folder.bytes());
-    _queer->setSearchScopes(std::move(scopes));
-    _queer->start();
-  });
-}
-
-void PMSourceList::setQueer(std::unique_ptr<platform::MetadataQuery> query) {
-  const WriteGuard guard(spotlightScopesLock);
-  _queer = std::move(query);
-  _isFiltered = _queer != nullptr;
 }
 
 void PMSourceList::setPriorityAndScreens(std::uint64_t ofFolderAtIndex,

@@ -3,6 +3,7 @@
 #include "platform/Image.h"
 #include "platform/MetadataQuery.h"
 #include "platform/OperationQueue.h"
+#include "platform/predicate/Predicate.h"
 #include "platform/PreferencesStore.h"
 #include "platform/ReadWriteLock.h"
 #include "platform/Services.h"
@@ -10,6 +11,7 @@
 #include "shared/ReferenceTime.h"
 #include "sources/FolderRecords.h"
 #include "sources/MainTurns.h"
+#include "sources/QueueObserver.h"
 #include "sources/SourceEntries.h"
 
 #include <atomic>
@@ -117,10 +119,26 @@ class PMSourceList {
   /// the day is read from the clock when it runs.
   void changeDayCallback();
 
-  /// Starts or ends the use of a metadata filter; whoever sets it starts and stops it. Main.
-  void setQueer(std::unique_ptr<platform::MetadataQuery> query);
-  /// Main.
-  [[nodiscard]] platform::MetadataQuery* queer() const { return _queer.get(); }
+  /// Only files for which the predicate holds are chosen from now on, as far as the query over the
+  /// metadata of the records' folders has reported them; without a predicate, or with one that asks
+  /// for nothing, all files. Main. Throws `PredicateException` for a predicate that no editor could
+  /// have made; then there is no filter.
+  void setSpotlightQuery(const std::optional<platform::predicate::Predicate>& predicate);
+  /// The query while a filter is in use, else null. Thread: any.
+  [[nodiscard]] std::shared_ptr<platform::MetadataQuery> queer() const;
+  // What reports of the query are handled by; null while there is no filter. Main.
+  [[nodiscard]] QueueObserver* observerForQueryGatheringProgress() const {
+    return _observerForQueryGatheringProgress.get();
+  }
+  [[nodiscard]] QueueObserver* observerForQueryDidUpdate() const {
+    return _observerForQueryDidUpdate.get();
+  }
+  [[nodiscard]] QueueObserver* observerForQueryFinishedGather() const {
+    return _observerForQueryFinishedGather.get();
+  }
+  /// Waits until the filter has found what there is to find in its scopes, and the records have it.
+  /// Thread: any, while main sets no other filter.
+  void waitUntilGathered() const;
 
   [[nodiscard]] platform::Files& fileMan() const { return _services.files; }
   [[nodiscard]] SharedSourceEntries sources() const;
@@ -151,6 +169,10 @@ class PMSourceList {
                   platform::OperationQueue& addOpToQueue,
                   const platform::Operation& currentOperation, const SharedNames& withSubfolders);
   void addSearchScope(const FilePath& folder, const platform::Operation* ofWalk);
+  void observeQuery();
+  void endQueryObservers();
+  void handleQueryNotification(const platform::Notification& notification, int which);
+  void addSpotlightFilenames(const plist::Array& items);
 
   [[nodiscard]] Eligibility eligibilityForScreen(std::uint64_t screenIndex) const;
   void computeWeight(std::uint64_t screenIndex);
@@ -174,10 +196,15 @@ class PMSourceList {
   // On main:
   std::int32_t _numLoaders = 0;
   bool _usesSecurityScoped = false;
-  std::unique_ptr<platform::MetadataQuery> _queer;
   std::optional<platform::Scheduler::TimerId> _dayTimer;
 
+  std::shared_ptr<platform::MetadataQuery> _queer;  // changed on main, under spotlightScopesLock
+
   MainTurns _mainTurns;
+  // On main; their ends wait for handlers that use all above.
+  std::unique_ptr<QueueObserver> _observerForQueryGatheringProgress;
+  std::unique_ptr<QueueObserver> _observerForQueryDidUpdate;
+  std::unique_ptr<QueueObserver> _observerForQueryFinishedGather;
   platform::OperationQueue _enumQueue;  // last: its end waits for operations that use all above
 };
 

@@ -6,6 +6,8 @@
 #include "platform/Displays.h"
 #include "platform/Files.h"
 #include "platform/Log.h"
+#include "platform/predicate/PredicateArchive.h"
+#include "platform/predicate/PredicateEmptiness.h"
 #include "platform/PreferencesStore.h"
 #include "platform/Scheduler.h"
 #include "platform/Sound.h"
@@ -265,7 +267,27 @@ void PelmoraView::startAnimation() {
   if (const auto list = _sourceList.lock()) {
     list->loadSourcesFromPrefs(_services.preferences, true, false);
   }
+  useStoredFilter();
   prepareDisplayList();
+}
+
+void PelmoraView::useStoredFilter() {
+  const auto list = _sourceList.lock();
+  const auto stored = _services.preferences.objectForKey("FilterPredicate");
+  const auto* archive = stored ? stored->get<plist::Bytes>() : nullptr;
+  if (!list || !archive) return;
+  const auto predicate = platform::predicate::readPredicateArchive(*archive);
+  if (!predicate) {
+    _services.log.print("Pelmora: The stored filter cannot be read: %s",
+                        predicate.error().message.c_str());
+  }
+  try {
+    list->setSpotlightQuery(predicate ? std::optional(*predicate) : std::nullopt);
+  } catch (const platform::predicate::PredicateException& exception) {
+    // The host is not to end for it: the show goes on without a filter.
+    _services.log.print("Pelmora: The stored filter is not used: %s: %s", exception.name().c_str(),
+                        exception.reason().c_str());
+  }
 }
 
 void PelmoraView::prepareDisplayList() {

@@ -101,6 +101,7 @@ class PelmoraView : public cards::OwnerView, public render::LayerDelegate {
   void screensaverDidStop();
   std::optional<std::uint64_t> screenPosition() const;
   void warnOfGoofyScreenIndex() const;
+  void useStoredFilter();
   void prepareDisplayList();
   [[nodiscard]] std::string screenName() const;
 

@@ -1,3 +1,4 @@
+#include "decoder/tests/PaintedBmp.h"
 #include "decoder/tests/PaintedPicture.h"
 #include "platform/fake/TemporaryFolder.h"
 #include "platform/linux/IsolatedImageLoader.h"
@@ -59,6 +60,9 @@ class DamagedPicturesTest : public testing::Test {
     for (const auto& [suffix, options] : kFormats) {
       const VipsPointer picture = paintQuarters(96, 64);
       _painted.push_back({"painted" + suffix, encoded(picture, suffix, options), 0.006});
+    }
+    for (const BmpKind& kind : bmpKinds()) {
+      _painted.push_back({"painted " + kind.name + ".bmp", paintedBmp(kind, {96, 64}), 0.006});
     }
   }
 

@@ -1,6 +1,6 @@
 #include "decoder/LibraryPages.h"
 
-#include "decoder/MemoryUse.h"
+#include "sandbox/MemoryUse.h"
 
 #include <gtest/gtest.h>
 
@@ -9,7 +9,7 @@
 namespace pelmora::decoder {
 
 TEST(LibraryPages, areFewerAfterTheyWereGivenBackAndComeAgain) {
-  const MemoryUse memory;
+  const sandbox::MemoryUse memory;
   const auto read = [] { return std::strtod("2.5e3", nullptr); };
   EXPECT_EQ(read(), 2500);
   const auto resident = memory.now().resident;

@@ -1,5 +1,6 @@
 #include "decoder/PictureDecoder.h"
 
+#include "decoder/tests/PaintedBmp.h"
 #include "decoder/tests/PaintedPicture.h"
 #include "decoder/tests/PaintedPng.h"
 #include "decoder/VipsRows.h"
@@ -96,6 +97,18 @@ INSTANTIATE_TEST_SUITE_P(
                     Format{".gif", "", 2}, Format{".heic", "[Q=90,effort=0]", 8},
                     Format{".avif", "[Q=90,effort=0]", 8}, Format{".jxl", "[Q=95,effort=3]", 8}),
     [](const testing::TestParamInfo<Format>& format) { return format.param.suffix.substr(1); });
+
+TEST_F(PictureDecoderTest, readsEveryBmp) {
+  for (const BmpKind& kind : bmpKinds()) {
+    const ShownPicture image = showWell(_folder.write(kind.name, paintedBmp(kind, {48, 32})));
+    EXPECT_EQ(image.facts.format, "BMP") << kind.name;
+    EXPECT_EQ(image.pixels.size, (PixelSize{48, 32})) << kind.name;
+    const auto [red, green, blue, alpha] = bmpColorAt(kind, 9, 6);
+    const Rgb shown{red * alpha / 255, green * alpha / 255, blue * alpha / 255};
+    EXPECT_LE(difference(colorAt(image.pixels, 9.5 / 48, 6.5 / 32), shown), 1) << kind.name;
+    EXPECT_EQ(image.pixels.opaque, alpha == 255) << kind.name;
+  }
+}
 
 class EveryOrientation : public PictureDecoderTest, public testing::WithParamInterface<int> {};
 

@@ -46,6 +46,15 @@ TEST_F(PictureSignatureTest, tellsJpegFromTheOthers) {
   EXPECT_FALSE(hasJpegSignature(opened("\xFF").get()));
 }
 
+TEST_F(PictureSignatureTest, tellsBmpFromTexts) {
+  for (const char* begin : {"BM........\x36...\x28", "BM........\x1A...\x0C"}) {
+    EXPECT_TRUE(hasBmpSignature(opened(std::string(begin) + std::string(3, '\0')).get()));
+  }
+  EXPECT_FALSE(hasBmpSignature(opened("BMs are a thing to write about").get()));
+  EXPECT_FALSE(hasBmpSignature(opened("BM").get()));
+  EXPECT_FALSE(hasBmpSignature(opened("").get()));
+}
+
 TEST_F(PictureSignatureTest, leavesTheDescriptorWhereItIs) {
   const auto descriptor = opened(encoded(paintQuarters(), ".png"));
   ASSERT_EQ(lseek(descriptor.get(), 5, SEEK_SET), 5);

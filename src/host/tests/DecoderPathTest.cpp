@@ -26,4 +26,9 @@ TEST(DecoderPath, isFoundForTheRunningProgram) {
   EXPECT_TRUE(decoderPath().bytes().starts_with('/'));
 }
 
+TEST(DecoderPath, hasTheInspectorInTheSamePlace) {
+  EXPECT_EQ(inspectorPath().lastComponent(), "pelmora-inspector");
+  EXPECT_EQ(inspectorPath().parent(), decoderPath().parent());
+}
+
 }  // namespace pelmora::host

@@ -38,6 +38,22 @@ TEST(PreferenceText, writesValuesInOneLine) {
             R"({"a \"b\"\u000a": [1, "x"], "d": "<3 bytes>"})");
 }
 
+TEST(PreferenceText, archivesAFilterAndReadsItAsItsText) {
+  const auto archive = parsePreference("FilterPredicate", "kMDItemFSName contains[cd] \"beach\"");
+  ASSERT_TRUE(archive);
+  ASSERT_TRUE(archive->get<plist::Bytes>());
+  EXPECT_EQ(textOfPreference("FilterPredicate", *archive),
+            R"("kMDItemFSName CONTAINS[cd] \"beach\"")");
+  EXPECT_EQ(textOfPreference("FilterPredicate", plist::Bytes(3)), R"("<3 bytes>")");
+}
+
+TEST(PreferenceText, pointsAtTheErrorInAFilter) {
+  const auto archive = parsePreference("FilterPredicate", "kMDItemFSName contains[cd]");
+  ASSERT_FALSE(archive);
+  EXPECT_EQ(archive.error().message,
+            "FilterPredicate: expected a value after 'contains[cd]' at character 27");
+}
+
 TEST(PreferenceText, listsKnownKeysAndWhatElseIsStored) {
   const auto keys = preferenceKeys({{"Delay", 3.0}, {"Zebra", 1}});
   EXPECT_EQ(std::count(keys.begin(), keys.end(), "Delay"), 1);

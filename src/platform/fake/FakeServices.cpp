@@ -13,6 +13,7 @@ Services FakeServices::services() {
           .displays = displays,
           .workspace = workspace,
           .images = images,
+          .metadata = metadata,
           .sound = sound,
           .notifications = notifications,
           .distributedNotifications = distributedNotifications};

@@ -4,6 +4,7 @@
 #include "platform/fake/FakeBookmarks.h"
 #include "platform/fake/FakeDisplays.h"
 #include "platform/fake/FakeImageLoader.h"
+#include "platform/fake/FakeMetadataSearch.h"
 #include "platform/fake/FakeSound.h"
 #include "platform/fake/FakeUserFolders.h"
 #include "platform/fake/FakeWorkspace.h"
@@ -31,6 +32,7 @@ struct FakeServices {
   FakeDisplays displays;
   FakeWorkspace workspace;
   FakeImageLoader images;
+  FakeMetadataSearch metadata;
   FakeSound sound;
   NotificationCenter notifications;
   NotificationCenter distributedNotifications;

@@ -33,7 +33,7 @@ constexpr bool kKeepsStandardError = false;
 
 /// What is handed on of the environment, where it is set.
 constexpr std::array kVariables{"ASAN_OPTIONS", "LD_LIBRARY_PATH", "LSAN_OPTIONS", "TSAN_OPTIONS",
-                                "UBSAN_OPTIONS"};
+                                "TZ",           "UBSAN_OPTIONS"};
 
 std::vector<std::string> environmentFor() {
   std::vector<std::string> variables{"LC_ALL=C"};

@@ -53,7 +53,7 @@ bool DecoderProcess::hasEnded() const {
 }
 
 /// Lets the decoder make memory for the largest answer and no more: its own limit of memory does
-/// not count what it makes to hand over. It cannot raise this again (`decoder/Sandbox.h`).
+/// not count what it makes to hand over. It cannot raise this again (`sandbox/Sandbox.h`).
 void DecoderProcess::limitAnswer(int longestSide) const {
   const auto side = static_cast<rlim_t>(longestSide);
   rlimit limit{};

@@ -1,6 +1,6 @@
 #include "platform/linux/FileTags.h"
 
-#include "platform/linux/PlainText.h"
+#include "platform/PlainText.h"
 #include "platform/PropertyList.h"
 
 namespace pelmora::platform {

@@ -1,7 +1,7 @@
 #include "platform/linux/LabelFile.h"
 
-#include "platform/linux/PlainText.h"
 #include "platform/linux/SmallFile.h"
+#include "platform/PlainText.h"
 
 #include <fcntl.h>
 #include <sys/stat.h>

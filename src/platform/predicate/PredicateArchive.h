@@ -37,10 +37,11 @@ namespace pelmora::platform::predicate {
 /// Reads an archive whose root is a predicate. Beside what is written, it may have the mutable
 /// twins of the classes of values, CONTAINS as an NSSubstringPredicateOperator, the options under
 /// the other of their two names, a key path's name as an NSConstantValueExpression, and no integer
-/// where that would be 0. NSNegate and NSPosition, which repeat the operator, are not looked at.
-/// The platform's other expressions are read as `UnknownExpression`. Everything else is an error,
-/// of one line. The bytes are untrusted: depth and counts are bounded, and what contains itself is
-/// refused. Thread: any.
+/// where that would be 0. An NSAggregateExpression, whose NSCollection is an NSArray of
+/// expressions, is read as an array, if all of them are constants or such arrays. NSNegate and
+/// NSPosition, which repeat the operator, are not looked at. The platform's other expressions are
+/// read as `UnknownExpression`. Everything else is an error, of one line. The bytes are untrusted:
+/// depth and counts are bounded, and what contains itself is refused. Thread: any.
 [[nodiscard]] Result<Predicate> readPredicateArchive(std::span<const std::uint8_t> bytes);
 
 /// Archives a predicate; equal strings and equal key paths are archived once. An error for what no

@@ -16,6 +16,9 @@ using plist::ArchiveObjects;
 using plist::ObjectType;
 using plist::ObjectView;
 
+/// The platform's number of an array of expressions.
+constexpr std::uint32_t kAggregateType = 14;
+
 /// The platform's expressions that are not understood.
 constexpr std::array<std::string_view, 11> kOtherExpressions = {
     "NSVariableExpression", "NSFunctionExpression",        "NSSetExpression",
@@ -54,7 +57,9 @@ class Reader {
   std::optional<Predicate> compound(const ObjectView& object, int depth);
   bool readOperator(const ObjectView& object, Comparison& comparison);
   std::optional<Expression> expressionIn(const ObjectView& holder, const char* field, int depth);
+  std::optional<Expression> expressionAt(std::uint32_t number, int depth);
   std::optional<Expression> expression(const ObjectView& object, int depth);
+  std::optional<Expression> aggregate(const ObjectView& object, int depth);
   std::optional<Expression> keyPath(const ObjectView& object);
   std::optional<Constant> constantIn(const ObjectView& holder, const char* field, int depth);
   std::optional<Constant> constant(std::uint32_t number, int depth);
@@ -175,11 +180,15 @@ std::optional<Expression> Reader::expressionIn(const ObjectView& holder, const c
                                                int depth) {
   const std::optional<std::uint32_t> number = reference(holder, field);
   if (!number) return fail("a comparison of the predicate lacks a side");
+  return expressionAt(*number, depth);
+}
+
+std::optional<Expression> Reader::expressionAt(std::uint32_t number, int depth) {
   // A constant is one node together with its expression.
-  const std::optional<ObjectView> object = _objects.object(*number);
+  const std::optional<ObjectView> object = _objects.object(number);
   const bool isConstant = object && _objects.className(*object) == "NSConstantValueExpression";
   if (isConstant) return expression(*object, depth);
-  const Visit visit(*this, *number, depth);
+  const Visit visit(*this, number, depth);
   return visit ? expression(visit.object(), depth) : std::nullopt;
 }
 
@@ -193,6 +202,7 @@ std::optional<Expression> Reader::expression(const ObjectView& object, int depth
   }
   if (name == "NSKeyPathExpression" && *type == 3) return keyPath(object);
   if (name == "NSSelfExpression" && *type == 1) return Expression(EvaluatedObject{});
+  if (name == "NSAggregateExpression" && *type == kAggregateType) return aggregate(object, depth);
   const bool isOther = *type > 3 || *type == 2;
   for (const std::string_view other : kOtherExpressions) {
     if (name == other && isOther && *type <= 1000) {
@@ -200,6 +210,28 @@ std::optional<Expression> Reader::expression(const ObjectView& object, int depth
     }
   }
   return fail("an expression of the predicate is not known");
+}
+
+/// An array, where there are nothing but constants in it.
+std::optional<Expression> Reader::aggregate(const ObjectView& object, int depth) {
+  const Expression unknown = UnknownExpression{kAggregateType};
+  const std::optional<ObjectView> list = _objects.resolvedField(object, "NSCollection");
+  const std::optional<ObjectView> parts = list ? elements(*list) : std::nullopt;
+  if (!parts) return unknown;
+  Array read;
+  for (std::uint64_t i = 0; i < parts->count; ++i) {
+    const std::optional<std::uint32_t> number = _objects.number(*parts, i);
+    const std::optional<ObjectView> part = number ? _objects.object(*number) : std::nullopt;
+    if (!part) return fail("a reference of the predicate is damaged");
+    const std::string_view name = _objects.className(*part);
+    if (name != "NSConstantValueExpression" && name != "NSAggregateExpression") return unknown;
+    std::optional<Expression> element = expressionAt(*number, depth + 1);
+    if (!element) return std::nullopt;
+    auto* const constant = std::get_if<Constant>(&*element);
+    if (!constant) return unknown;
+    read.push_back(std::move(*constant));
+  }
+  return Expression(Constant(std::move(read)));
 }
 
 std::optional<Expression> Reader::keyPath(const ObjectView& object) {

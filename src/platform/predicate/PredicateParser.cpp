@@ -1,11 +1,11 @@
 #include "platform/predicate/OperatorTable.h"
 #include "platform/predicate/PredicateScanner.h"
 #include "platform/predicate/PredicateText.h"
+#include "platform/predicate/ReservedWords.h"
 #include "platform/PrintableLine.h"
 #include "platform/UnicodeText.h"
 
 #include <algorithm>
-#include <array>
 #include <initializer_list>
 #include <optional>
 
@@ -18,20 +18,6 @@ namespace {
 constexpr int kMaxNesting = 2 * kMaxDepth;
 /// The characters of the text before the place that an error repeats.
 constexpr std::size_t kLongestQuote = 40;
-
-constexpr std::array<std::string_view, 25> kReservedWords = {
-    "AND",      "OR",      "NOT",  "ANY",     "SOME",          "ALL",
-    "NONE",     "IN",      "LIKE", "MATCHES", "CONTAINS",      "BEGINSWITH",
-    "ENDSWITH", "BETWEEN", "TRUE", "YES",     "FALSE",         "NO",
-    "NULL",     "NIL",     "SELF", "CAST",    "TRUEPREDICATE", "FALSEPREDICATE",
-    "SUBQUERY"};
-
-char upper(char c) { return c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c; }
-
-bool equalsInAnyCase(std::string_view word, std::string_view upperWord) {
-  return std::equal(word.begin(), word.end(), upperWord.begin(), upperWord.end(),
-                    [](char a, char b) { return upper(a) == b; });
-}
 
 /// Reads a predicate by recursive descent; an alternative is chosen by its first token.
 class Parser {
@@ -302,10 +288,7 @@ std::size_t endOfUtf8(std::string_view text) {
 
 }  // namespace
 
-bool isReservedWord(std::string_view word) {
-  return std::any_of(kReservedWords.begin(), kReservedWords.end(),
-                     [word](std::string_view known) { return equalsInAnyCase(word, known); });
-}
+bool isReservedWord(std::string_view word) { return isOneInAnyCase(word, kReservedWords); }
 
 Result<Predicate> parsePredicate(std::string_view text) {
   const std::size_t end = endOfUtf8(text);

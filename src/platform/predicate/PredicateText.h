@@ -20,7 +20,8 @@ namespace pelmora::platform::predicate {
 // Values: "text" or 'text' with \\ \" \' \n \r \t \uXXXX in it, 12, -1.5, 1e6, 0xFF, 0o17, 0b101,
 // TRUE YES FALSE NO, NULL NIL, { values in braces }, CAST(12.5, "NSDate") for seconds since 2001,
 // SELF, and key paths: identifiers with dots between; #and is a key path that is named as a word of
-// the format. Such words may be in any case.
+// the format. Such words may be in any case. Words that only others reserve, as SIZE, are names
+// here, with or without the '#'.
 
 /// Reads the format. An error tells the place, in characters from 1: "expected a value after
 /// 'contains[cd]' at character 27". Thread: any.

@@ -1,7 +1,9 @@
 #include "platform/predicate/OperatorTable.h"
 #include "platform/predicate/PredicateScanner.h"
 #include "platform/predicate/PredicateText.h"
+#include "platform/predicate/ReservedWords.h"
 
+#include <algorithm>
 #include <array>
 #include <charconv>
 #include <cmath>
@@ -64,10 +66,19 @@ std::string textOfConstant(const Constant& constant) {
   return "NULL";
 }
 
-std::string textOfKeyPath(const std::string& path) {
-  if (!isPlainKeyPath(path)) return "<" + path + ">";
-  const bool wantsEscape = isReservedWord(path.substr(0, path.find('.')));
-  return (wantsEscape ? "#" : "") + path;
+/// Each name that is a word to anyone who reads the format is escaped.
+std::string textOfKeyPath(std::string_view path) {
+  if (!isPlainKeyPath(path)) return "<" + std::string(path) + ">";
+  std::string text;
+  for (;;) {
+    const std::size_t end = std::min(path.find('.'), path.size());
+    const std::string_view name = path.substr(0, end);
+    if (isReservedWord(name) || isOneInAnyCase(name, kWordsOfOthers)) text += '#';
+    text += name;
+    if (end == path.size()) return text;
+    text += '.';
+    path.remove_prefix(end + 1);
+  }
 }
 
 std::string textOfExpression(const Expression& expression) {

@@ -1,7 +1,7 @@
 #include "platform/predicate/TextComparison.h"
 
+#include "platform/predicate/FoldedPattern.h"
 #include "platform/predicate/FoldedText.h"
-#include "platform/UnicodeText.h"
 
 #include <unicode/regex.h>
 #include <unicode/unistr.h>
@@ -19,61 +19,35 @@ constexpr int32_t kMostRegexStack = 1 << 20;  // bytes
 constexpr std::size_t kLongestRegex = 1000;
 constexpr std::size_t kLongestRegexInput = 1 << 20;
 
-/// A code point of a pattern, and whether it stands for itself.
-struct PatternPiece {
-  char32_t codePoint = 0;
-  bool isPlain = true;
-  std::size_t behind = 0;  // where the next piece begins
-};
-
-/// The code point at `at`; of bytes that are no UTF-8, the byte.
-char32_t codePointAt(std::string_view text, std::size_t at, std::size_t& behind) {
-  behind = at;
-  if (const auto codePoint = plist::nextCodePoint(text, behind)) return *codePoint;
-  behind = at + 1;
-  return static_cast<unsigned char>(text[at]);
-}
-
-PatternPiece pieceAt(std::string_view pattern, std::size_t at) {
-  PatternPiece piece;
-  const bool isEscape = pattern[at] == '\\' && at + 1 < pattern.size() &&
-                        std::string_view("*?\\").find(pattern[at + 1]) != std::string_view::npos;
-  if (isEscape) ++at;
-  piece.codePoint = codePointAt(pattern, at, piece.behind);
-  piece.isPlain = isEscape || (piece.codePoint != U'*' && piece.codePoint != U'?');
-  return piece;
-}
+/// Equal to no code point and no piece of a pattern.
+constexpr char32_t kNoPiece = 0xFFFFFFFF;
 
 /// When what follows a '*' does not fit, the last one takes a character more; earlier ones need not
 /// be tried again, so the time is bounded by the product of the lengths.
-bool isLike(std::string_view text, std::string_view pattern) {
+bool isLike(std::string_view text, const LikePattern& pattern) {
   std::size_t at = 0;
   std::size_t patternAt = 0;
   std::size_t resumeAt = 0;
-  std::size_t resumePattern = std::string_view::npos;
+  std::size_t resumePattern = LikePattern::npos;
   while (at < text.size()) {
-    std::size_t behind = 0;
-    const char32_t codePoint = codePointAt(text, at, behind);
-    if (patternAt < pattern.size()) {
-      const PatternPiece piece = pieceAt(pattern, patternAt);
-      if (!piece.isPlain && piece.codePoint == U'*') {
-        patternAt = resumePattern = piece.behind;
-        resumeAt = at;
-        continue;
-      }
-      if (!piece.isPlain || piece.codePoint == codePoint) {
-        at = behind;
-        patternAt = piece.behind;
-        continue;
-      }
+    std::size_t behind = at;
+    const char32_t codePoint = codePointOrByte(text, behind);
+    const char32_t piece = patternAt < pattern.size() ? pattern[patternAt] : kNoPiece;
+    if (piece == kAnyCharacters) {
+      resumePattern = ++patternAt;
+      resumeAt = at;
+    } else if (piece == kAnyCharacter || piece == codePoint) {
+      at = behind;
+      ++patternAt;
+    } else if (resumePattern != LikePattern::npos) {
+      (void)codePointOrByte(text, resumeAt);
+      at = resumeAt;
+      patternAt = resumePattern;
+    } else {
+      return false;
     }
-    if (resumePattern == std::string_view::npos) return false;
-    codePointAt(text, resumeAt, resumeAt);
-    at = resumeAt;
-    patternAt = resumePattern;
   }
-  while (patternAt < pattern.size() && pattern[patternAt] == '*') ++patternAt;
-  return patternAt == pattern.size();
+  return pattern.find_first_not_of(kAnyCharacters, patternAt) == LikePattern::npos;
 }
 
 icu::UnicodeString utf16(std::string_view utf8) {
@@ -91,17 +65,26 @@ bool matchesRegex(std::string_view text, std::string_view expression, bool ignor
   matcher.setTimeLimit(kMostRegexTime, status);
   matcher.setStackLimit(kMostRegexStack, status);
   matcher.reset(input);
-  const bool isMatch = matcher.matches(status);
-  return U_SUCCESS(status) && isMatch;
+  const bool isWhole = matcher.matches(status);
+  return U_SUCCESS(status) && isWhole;
+}
+
+/// Case is left to the expression: in lower case, \D would become another class.
+bool isMatch(std::string_view text, std::string_view expression, Folding folding) {
+  if (expression.size() > kLongestRegex) return false;
+  if (!folding.ignoresDiacritics) return matchesRegex(text, expression, folding.ignoresCase);
+  return matchesRegex(foldedText(text, {.ignoresDiacritics = true}),
+                      regexWithoutDiacritics(expression), folding.ignoresCase);
 }
 
 }  // namespace
 
 bool textSatisfies(Operator type, std::string_view left, std::string_view right, unsigned options) {
-  Folding folding{(options & kCaseInsensitive) != 0, (options & kDiacriticInsensitive) != 0};
-  const bool ignoresCase = folding.ignoresCase;
-  // Lower case would make another class of \D in an expression.
-  if (type == Operator::matches) folding.ignoresCase = false;
+  const Folding folding{(options & kCaseInsensitive) != 0, (options & kDiacriticInsensitive) != 0};
+  if (type == Operator::like) {
+    return isLike(foldedText(left, folding), foldedLikePattern(right, folding));
+  }
+  if (type == Operator::matches) return isMatch(left, right, folding);
   const std::string a = foldedText(left, folding);
   const std::string b = foldedText(right, folding);
   switch (type) {
@@ -117,10 +100,6 @@ bool textSatisfies(Operator type, std::string_view left, std::string_view right,
       return a == b;
     case Operator::notEqual:
       return a != b;
-    case Operator::matches:
-      return matchesRegex(a, b, ignoresCase);
-    case Operator::like:
-      return isLike(a, b);
     case Operator::beginsWith:
       return a.starts_with(b);
     case Operator::endsWith:
@@ -129,6 +108,8 @@ bool textSatisfies(Operator type, std::string_view left, std::string_view right,
       return a.find(b) != std::string::npos;
     case Operator::in:
       return b.find(a) != std::string::npos;
+    case Operator::like:
+    case Operator::matches:
     case Operator::customSelector:
     case Operator::between:
       return false;

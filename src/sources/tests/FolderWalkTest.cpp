@@ -72,6 +72,7 @@ class FolderWalkTest : public SourcesTest {
                                      .displays = fakes.displays,
                                      .workspace = fakes.workspace,
                                      .images = fakes.images,
+                                     .metadata = fakes.metadata,
                                      .sound = fakes.sound,
                                      .notifications = fakes.notifications,
                                      .distributedNotifications = fakes.distributedNotifications};

@@ -2,8 +2,6 @@
 #include "sources/PMSourceList.h"
 #include "sources/tests/SourcesTest.h"
 
-#include "platform/fake/FakeMetadataQuery.h"
-
 #include <algorithm>
 #include <cerrno>
 #include <cstdlib>
@@ -31,8 +29,6 @@ class PMSourceListRandomTest : public SourcesTest {
     list->addFolder(record, 0, true);
     return record;
   }
-
-  void useFilter() { list->setQueer(std::make_unique<platform::FakeMetadataQuery>()); }
 
   /// How often each record is drawn in so many draws.
   std::map<std::shared_ptr<PMFolder>, int> draws(int count, std::uint64_t screen = 0) {
@@ -138,7 +134,7 @@ TEST_F(PMSourceListRandomTest, drawsFromAllNamesAgainWithoutTheFilter) {
   add("/a", 10);
   useFilter();
   EXPECT_EQ(list->randomFolderForScreen(0), nullptr);
-  list->setQueer(nullptr);
+  list->setSpotlightQuery(std::nullopt);
   EXPECT_TRUE(list->randomFolderForScreen(0));
 }
 

@@ -1,12 +1,10 @@
 #include "sources/PMSourceList.h"
 
-#include "platform/fake/FakeMetadataQuery.h"
 #include "sources/LockGuards.h"
 #include "sources/tests/SourcesTest.h"
 
 #include <gmock/gmock.h>
 
-#include <atomic>
 #include <cerrno>
 #include <set>
 #include <thread>
@@ -33,25 +31,6 @@ class PMSourceListTest : public SourcesTest {
     });
   }
 
-  platform::FakeMetadataQuery& useFilter() {
-    auto query = std::make_unique<platform::FakeMetadataQuery>();
-    platform::FakeMetadataQuery& filter = *query;
-    filter.setSearchScopes({kPlaceholderScope});
-    list->setQueer(std::move(query));
-    return filter;
-  }
-
-  /// Steps main until the walk has ended.
-  void runUntilWalked() {
-    std::thread waiter([this] {
-      list->enumQueue().waitUntilAllOperationsAreFinished();
-      isWalked = true;
-      fakes.scheduler.wake();
-    });
-    fakes.scheduler.runPostedUntil([this] { return isWalked.load(); });
-    waiter.join();
-  }
-
   /// From the start of the test's clock, which is 13:00 in the time zone of the tests.
   static constexpr double kUntilMidnight = 11 * 3600;
 
@@ -62,7 +41,6 @@ class PMSourceListTest : public SourcesTest {
   int firstFolders = 0;
   plist::Value firstFolderScreen;
   std::thread::id postedOn;
-  std::atomic<bool> isWalked = false;
 };
 
 }  // namespace
@@ -327,66 +305,6 @@ TEST_F(PMSourceListTest, cancelsWhatACancelledWalkQueues) {
   queue.setSuspended(false);
   queue.waitUntilAllOperationsAreFinished();
   EXPECT_TRUE(list->dirItems().empty());
-}
-
-TEST_F(PMSourceListTest, replacesThePlaceholderByTheFirstFolderAndAddsTheNext) {
-  makeList();
-  platform::FakeMetadataQuery& filter = useFilter();
-  filter.start();
-  list->addFolder(makeFolder("/x", 1), 0, true);
-  EXPECT_THAT(filter.searchScopes(), ElementsAre("/x"));
-  list->addFolder(makeFolder("/y", 1), 0, true);
-  EXPECT_THAT(filter.searchScopes(), ElementsAre("/x", "/y"));
-  EXPECT_TRUE(filter.isStarted());
-  const std::string placeholder =
-      "setSearchScopes I'm not a folde\xC2\xAE that is anywhe\xC2\xAE"
-      "e";
-  EXPECT_THAT(filter.calls(), ElementsAre(placeholder, "start",                   //
-                                          "stop", "setSearchScopes /x", "start",  //
-                                          "stop", "setSearchScopes /x /y", "start"));
-}
-
-TEST_F(PMSourceListTest, changesTheFiltersScopesOnMainWhileTheWalkWaits) {
-  setSources({{.folder = p}});
-  makeList();
-  platform::FakeMetadataQuery& filter = useFilter();
-  bool hadScope = false;
-  fakes.notifications.addObserver("FirstFolderAdded", [&](const auto&) {
-    hadScope = filter.searchScopes() == Names{p.bytes()};
-  });
-  list->loadSourcesFromPrefs(fakes.preferences, true, false);
-  runUntilWalked();
-  EXPECT_TRUE(hadScope);
-  EXPECT_THAT(filter.searchScopes(), ElementsAre(p.bytes()));
-}
-
-TEST_F(PMSourceListTest, endsWhileAWalkWaitsForMain) {
-  setSources({{.folder = p}});
-  makeList();
-  (void)useFilter();
-  list->loadSourcesFromPrefs(fakes.preferences, true, false);
-  list.reset();
-  fakes.scheduler.runPosted();
-}
-
-TEST_F(PMSourceListTest, leavesAFilterAloneOnceTheWalkIsCancelled) {
-  setSources({{.folder = p}});
-  makeList();
-  platform::FakeMetadataQuery& filter = useFilter();
-  list->loadSourcesFromPrefs(fakes.preferences, true, false);
-  fakes.scheduler.post([this] { list->cancelOperations(); });
-  list->cancelOperations();
-  runUntilWalked();
-  EXPECT_FALSE(filter.isStarted());
-}
-
-TEST_F(PMSourceListTest, stopsTheFilterWhenItIsUnloaded) {
-  load({{.folder = p}});
-  platform::FakeMetadataQuery& filter = useFilter();
-  filter.start();
-  list->unloadSources();
-  EXPECT_FALSE(filter.isStarted());
-  EXPECT_EQ(list->queer(), &filter);
 }
 
 TEST_F(PMSourceListTest, logsAFailedReadLockAndGoesOn) {

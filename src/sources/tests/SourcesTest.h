@@ -8,8 +8,10 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <atomic>
 #include <memory>
 #include <string>
+#include <thread>
 #include <vector>
 
 namespace pelmora::sources {
@@ -73,6 +75,26 @@ class SourcesTest : public testing::Test {
 
   [[nodiscard]] cache::FolderCache& cache() const {
     return *cache::FolderCache::sharedCache(services);
+  }
+
+  /// Steps main until the walk has ended.
+  void runUntilWalked() {
+    std::atomic<bool> isWalked = false;
+    std::thread waiter([this, &isWalked] {
+      list->enumQueue().waitUntilAllOperationsAreFinished();
+      isWalked = true;
+      fakes.scheduler.wake();
+    });
+    fakes.scheduler.runPostedUntil([&isWalked] { return isWalked.load(); });
+    waiter.join();
+  }
+
+  /// Narrows the list by a filter that is not empty, and whose query finds nothing by itself.
+  platform::FakeMetadataQuery& useFilter() {
+    using namespace platform::predicate;
+    list->setSpotlightQuery(
+        Comparison{KeyPath{"kMDItemFSName"}, Operator::contains, Constant("a")});
+    return *fakes.metadata.lastQuery();
   }
 
   using Names = std::vector<std::string>;

@@ -1,5 +1,8 @@
+#include "platform/predicate/PredicateArchive.h"
+#include "platform/predicate/PredicateText.h"
 #include "view/tests/ViewFixture.h"
 
+#include <algorithm>
 #include <cstdlib>
 #include <thread>
 
@@ -12,6 +15,18 @@ constexpr Rect kDisplay2{{1920, 56}, {1280, 1024}};
 
 platform::Notification firstFolderAdded(std::int64_t screen) {
   return {.name = "FirstFolderAdded", .object = screen, .userInfo = {}};
+}
+
+using platform::predicate::parsePredicate;
+
+plist::Bytes archiveOf(const char* text) {
+  return platform::predicate::writePredicateArchive(parsePredicate(text).value()).value();
+}
+
+int countStarting(const platform::RecordingLog& log, std::string_view begin) {
+  const std::vector<std::string> lines = log.lines();
+  return static_cast<int>(std::count_if(
+      lines.begin(), lines.end(), [begin](const auto& line) { return line.starts_with(begin); }));
 }
 
 }  // namespace
@@ -190,6 +205,41 @@ TEST_F(PelmoraViewTest, stoppingAgainAndAgainIsHarmless) {
   view->viewDidMoveToWindow();
   view->stopAnimation();
   EXPECT_EQ(fakes.log.count("Pelmora: Saving folder cache."), 1U);
+}
+
+TEST_F(PelmoraViewTest, usesTheStoredFilterFromTheStartOn) {
+  fakes.preferences.setObject("FilterPredicate", archiveOf("kMDItemFSName CONTAINS[cd] 'beach'"));
+  startView();
+  ASSERT_EQ(fakes.metadata.queryCount(), 1);
+  EXPECT_EQ(fakes.metadata.lastQuery()->predicate(),
+            parsePredicate("kMDItemFSName CONTAINS[cd] 'beach'").value());
+  EXPECT_TRUE(view->sourceList()->queer());
+}
+
+TEST_F(PelmoraViewTest, hasNoFilterForAPreferenceThatIsNoData) {
+  fakes.preferences.setObject("FilterPredicate", "kMDItemFSName CONTAINS 'beach'");
+  startView();
+  EXPECT_EQ(fakes.metadata.queryCount(), 0);
+}
+
+TEST_F(PelmoraViewTest, endsTheFilterForAnArchiveThatCannotBeRead) {
+  fakes.preferences.setObject("FilterPredicate", archiveOf("kMDItemFSName CONTAINS 'beach'"));
+  startView();
+  fakes.preferences.setObject("FilterPredicate", plist::Bytes{1, 2, 3});
+  view->startAnimation();
+  EXPECT_EQ(view->sourceList()->queer(), nullptr);
+  EXPECT_EQ(countStarting(fakes.log, "Pelmora: The stored filter cannot be read: "), 1);
+}
+
+TEST_F(PelmoraViewTest, goesOnWithoutAFilterThatNoEditorMakes) {
+  fakes.preferences.setObject("FilterPredicate", archiveOf("kMDItemPixelHeight > 1000"));
+  startView();
+  EXPECT_EQ(view->sourceList()->queer(), nullptr);
+  EXPECT_EQ(countStarting(fakes.log,
+                          "Pelmora: The stored filter is not used: NSComparisonPredicate(Walker): "
+                          "predicateOperatorType 2 not handled"),
+            1);
+  EXPECT_EQ(countStarting(fakes.log, "Pelmora: Created cache file: "), 1);
 }
 
 TEST_F(PelmoraViewTest, drawsItsBackgroundBlack) {

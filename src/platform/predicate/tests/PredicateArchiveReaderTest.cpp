@@ -47,6 +47,10 @@ class Archive {
                                          {"NSRightExpression", right},
                                          {"NSPredicateOperator", itsOperator}});
   }
+  Uid aggregate(plist::Array elements) {
+    return add("NSAggregateExpression",
+               {{"NSExpressionType", 14}, {"NSCollection", list(std::move(elements))}});
+  }
   Value& operator[](Uid number) { return _objects[number.index]; }
   [[nodiscard]] std::uint32_t size() const { return static_cast<std::uint32_t>(_objects.size()); }
 
@@ -185,6 +189,73 @@ TEST(PredicateArchiveReader, readsTheTwinsOfClasses) {
   const Uid right = archive.add("NSConstantValueExpression", {{"NSConstantValue", array}});
   archive.comparison(archive.keyPath(), right, archive.equality());
   EXPECT_EQ(archive.read(), nameIs(Constant(Array{"x"})));
+}
+
+TEST(PredicateArchiveReader, readsAnAggregateOfConstantsAsAnArray) {
+  Archive archive;
+  const Uid left = archive.keyPath();
+  const Uid inner = archive.aggregate({archive.constant(2.5)});
+  const Uid one = archive.constant(1);
+  archive.comparison(left, archive.aggregate({one, archive.constant("x"), inner, one}),
+                     archive.equality());
+  EXPECT_EQ(archive.read(), nameIs(Constant(Array{1, "x", Array{2.5}, 1})));
+
+  Archive empty;
+  empty.comparison(empty.keyPath(), empty.aggregate({}), empty.equality());
+  EXPECT_EQ(empty.read(), nameIs(Constant(Array{})));
+
+  Archive wrapped;
+  const Uid array = wrapped.list({wrapped.add("x")});
+  const Uid constant = wrapped.add("NSConstantValueExpression", {{"NSConstantValue", array}});
+  wrapped.comparison(wrapped.keyPath(), wrapped.aggregate({constant}), wrapped.equality());
+  EXPECT_EQ(wrapped.read(), nameIs(Constant(Array{Array{"x"}})));
+}
+
+TEST(PredicateArchiveReader, carriesAnAggregateOfOtherThings) {
+  Archive paths;
+  const Uid left = paths.keyPath();
+  paths.comparison(left, paths.aggregate({paths.constant(1), left}), paths.equality());
+  EXPECT_EQ(paths.read(), nameIs(UnknownExpression{14}));
+
+  Archive nested;
+  const Uid inner = nested.aggregate({nested.add("NSSelfExpression", {{"NSExpressionType", 1}})});
+  nested.comparison(nested.keyPath(), nested.aggregate({inner}), nested.equality());
+  EXPECT_EQ(nested.read(), nameIs(UnknownExpression{14}));
+
+  EXPECT_EQ(
+      withRight("NSAggregateExpression", {{"NSExpressionType", 14}, {"NSCollection", 5}}).read(),
+      nameIs(UnknownExpression{14}));
+}
+
+TEST(PredicateArchiveReader, refusesDamagedAggregates) {
+  Archive archive;
+  const Uid damaged = archive.add("NSConstantValueExpression", {});
+  archive.comparison(archive.keyPath(), archive.aggregate({damaged}), archive.equality());
+  EXPECT_EQ(archive.problem(), "a constant of the predicate has no value");
+
+  Archive missing;
+  missing.comparison(missing.keyPath(), missing.aggregate({Uid{9999}}), missing.equality());
+  EXPECT_EQ(missing.problem(), "a reference of the predicate is damaged");
+
+  Archive endless;
+  const Uid parts = endless.list({});
+  const Uid itself =
+      endless.add("NSAggregateExpression", {{"NSExpressionType", 14}, {"NSCollection", parts}});
+  (*endless[parts].get<Dictionary>())["NS.objects"] = plist::Array{itself};
+  endless.comparison(endless.keyPath(), itself, endless.equality());
+  EXPECT_EQ(endless.problem(), "the predicate contains itself");
+
+  Archive deep;
+  Uid inner = deep.constant(1);
+  for (int i = 0; i < kMaxDepth; ++i) inner = deep.aggregate({inner});
+  deep.comparison(deep.keyPath(), inner, deep.equality());
+  EXPECT_EQ(deep.problem(), "the predicate is too deep");
+
+  Archive growing;
+  Uid doubled = growing.constant(1);
+  for (int i = 0; i < 20; ++i) doubled = growing.aggregate({doubled, doubled});
+  growing.comparison(growing.keyPath(), doubled, growing.equality());
+  EXPECT_EQ(growing.problem(), "the predicate is too large");
 }
 
 TEST(PredicateArchiveReader, carriesExpressionsThatItDoesNotUnderstand) {

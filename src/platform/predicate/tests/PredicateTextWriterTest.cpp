@@ -66,6 +66,52 @@ TEST(PredicateTextWriter, putsRowsInCompoundsInParentheses) {
 TEST(PredicateTextWriter, escapesNamesThatAreReserved) {
   EXPECT_EQ(textOf(is("and")), "#and == 1");
   EXPECT_EQ(textOf(is("SELF.x")), "#SELF.x == 1");
+  EXPECT_EQ(textOf(is("a.null.b.In")), "a.#null.b.#In == 1");
+  EXPECT_EQ(textOf(is("android.order")), "android.order == 1");
+}
+
+TEST(PredicateTextWriter, escapesEveryNameThatIsAWordOfTheFormatToAnyReader) {
+  for (const char* const word : {"AND",
+                                 "OR",
+                                 "NOT",
+                                 "ANY",
+                                 "SOME",
+                                 "ALL",
+                                 "NONE",
+                                 "IN",
+                                 "LIKE",
+                                 "MATCHES",
+                                 "CONTAINS",
+                                 "BEGINSWITH",
+                                 "ENDSWITH",
+                                 "BETWEEN",
+                                 "TRUE",
+                                 "YES",
+                                 "FALSE",
+                                 "NO",
+                                 "NULL",
+                                 "NIL",
+                                 "SELF",
+                                 "CAST",
+                                 "SUBQUERY",
+                                 "FIRST",
+                                 "LAST",
+                                 "SIZE",
+                                 "ANYKEY",
+                                 "FETCH",
+                                 "CI",
+                                 "CASEINSENSITIVE",
+                                 "TRUEPREDICATE",
+                                 "FALSEPREDICATE",
+                                 "size",
+                                 "First",
+                                 "ci"}) {
+    const std::string name = word;
+    EXPECT_EQ(textOf(is(word)), "#" + name + " == 1");
+    expectSame(is(word));
+    expectSame(is((name + ".a").c_str()));
+    expectSame(is(("a." + name).c_str()));
+  }
 }
 
 TEST(PredicateTextWriter, writesWhatReadsBackTheSame) {

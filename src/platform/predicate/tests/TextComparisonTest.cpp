@@ -1,5 +1,7 @@
 #include "platform/predicate/TextComparison.h"
 
+#include "platform/UnicodeText.h"
+
 #include <gtest/gtest.h>
 
 namespace pelmora::platform::predicate {
@@ -108,6 +110,18 @@ TEST(TextComparison, likeFoldsByTheOptions) {
   EXPECT_TRUE(isLike("Été 1", "ete*", kBoth));
 }
 
+TEST(TextComparison, likeTakesPlainlyWhatFoldsIntoAWildcard) {
+  for (const unsigned options : {unsigned{kDiacriticInsensitive}, unsigned{kBoth}}) {
+    EXPECT_FALSE(isLike("beach", "＊", options));
+    EXPECT_FALSE(isLike("b", "？", options));
+    EXPECT_TRUE(isLike("2＊3", "2\\*3", options));
+    EXPECT_TRUE(isLike("2*3", "2＊3", options));
+    EXPECT_TRUE(isLike("why？", "why？", options));
+    EXPECT_TRUE(isLike("\\x", "＼?", options));
+    EXPECT_TRUE(isLike("＊x", "?x", options));
+  }
+}
+
 TEST(TextComparison, likeTakesWhatIsNotUtf8ByteByByte) {
   EXPECT_TRUE(isLike("\xFF\xFE", "??"));
   EXPECT_TRUE(isLike("a\xFF", "a\xFF"));
@@ -131,6 +145,29 @@ TEST(TextComparison, matchesByTheOptions) {
   EXPECT_TRUE(matches("BEACH", "beach", kCaseInsensitive));
   EXPECT_TRUE(matches("ÉTÉ", "[eé]t.", kBoth));
   EXPECT_FALSE(matches("12", "\\D+", kBoth));
+}
+
+TEST(TextComparison, matchesPlainlyWhatFoldsIntoSyntax) {
+  for (const unsigned options : {unsigned{kDiacriticInsensitive}, unsigned{kBoth}}) {
+    EXPECT_FALSE(matches("bbb", "b＊", options));
+    EXPECT_TRUE(matches("b*", "b＊", options));
+    EXPECT_TRUE(matches("b＊", "b\\*", options));
+    EXPECT_TRUE(matches("2(x)", "\\d（é?x）", options));
+    EXPECT_TRUE(matches("］", "[a］]", options));
+  }
+}
+
+TEST(TextComparison, takesEveryWideFormPlainly) {
+  for (char32_t wide = 0xFF01; wide <= 0xFF5E; ++wide) {
+    std::string text;
+    plist::appendUtf8(wide, text);
+    const std::string narrow(1, static_cast<char>(wide - 0xFF01 + '!'));
+    EXPECT_TRUE(isLike(narrow, text, kDiacriticInsensitive)) << text;
+    EXPECT_TRUE(matches(narrow, text, kDiacriticInsensitive)) << text;
+    EXPECT_TRUE(matches(narrow, "[" + text + "]", kDiacriticInsensitive)) << text;
+    EXPECT_TRUE(matches(text, "\\" + text, kDiacriticInsensitive)) << text;
+    EXPECT_TRUE(matches(text, "\\Q" + text + "\\E", kDiacriticInsensitive)) << text;
+  }
 }
 
 TEST(TextComparison, matchesNothingWithAnInvalidExpression) {

@@ -1,0 +1,15 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+
+namespace pelmora::platform {
+
+/// Untrusted bytes as one line of text to show: UTF-8, a replacement character for each byte that
+/// is not, no control characters, no blanks at either end.
+[[nodiscard]] std::string plainText(std::string_view bytes);
+
+/// Whether a text is such a line already.
+[[nodiscard]] bool isPlainText(std::string_view text);
+
+}  // namespace pelmora::platform

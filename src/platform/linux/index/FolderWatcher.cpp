@@ -1,0 +1,178 @@
+#include "platform/linux/index/FolderWatcher.h"
+
+#include "platform/linux/index/InotifyQueue.h"
+#include "platform/linux/index/LocalStorage.h"
+
+#include <algorithm>
+#include <map>
+#include <unordered_map>
+#include <utility>
+
+namespace pelmora::platform {
+
+struct FolderWatcher::State {
+  struct Folder;
+  /// A path and what is known of it; it stays where it is.
+  using Entry = std::pair<const FilePath, Folder>;
+  /// What is due, the next first; each folder once at most.
+  using Due = std::multimap<Seconds, Entry*>;
+
+  struct Folder {
+    std::optional<InotifyQueue::Watch> watch;
+    bool isPolled = false;
+    bool hasChanged = false;  // and is due for that, not to be polled
+    std::optional<Due::iterator> due;
+  };
+
+  void renew(Entry& entry);
+  void setWatch(Entry& entry, std::optional<InotifyQueue::Watch> watch);
+  void release(InotifyQueue::Watch watch, Seconds now);
+  void take(const InotifyQueue::Event& event, Seconds now);
+  void hasChanged(Entry& entry, Seconds now);
+  void dueBy(Entry& entry, Seconds moment);
+  void notDue(Folder& folder);
+
+  std::size_t mostWatches = 0;
+  InotifyQueue queue;
+  std::unordered_map<FilePath, Folder> folders;
+  std::unordered_multimap<InotifyQueue::Watch, Entry*> byWatch;
+  Due due;
+  std::optional<Seconds> everythingDue;
+};
+
+/// Watches what is found at the path now, and polls it where that is not enough.
+void FolderWatcher::State::renew(Entry& entry) {
+  auto& [path, folder] = entry;
+  const bool mayBeAdded = folder.watch || byWatch.size() < mostWatches;
+  setWatch(entry, mayBeAdded ? queue.add(path) : std::nullopt);
+  folder.isPolled = !folder.watch || !isOnLocalStorage(path);
+}
+
+void FolderWatcher::State::setWatch(Entry& entry, std::optional<InotifyQueue::Watch> watch) {
+  std::optional<InotifyQueue::Watch>& held = entry.second.watch;
+  if (held == watch) return;
+  if (held) {
+    const auto [first, last] = byWatch.equal_range(*held);
+    byWatch.erase(
+        std::find_if(first, last, [&](const auto& user) { return user.second == &entry; }));
+    if (!byWatch.contains(*held)) queue.remove(*held);
+  }
+  if (watch) byWatch.emplace(*watch, &entry);
+  held = watch;
+}
+
+/// The folder is no longer where its paths say, which are polled from now on.
+void FolderWatcher::State::release(InotifyQueue::Watch watch, Seconds now) {
+  for (auto user = byWatch.find(watch); user != byWatch.end(); user = byWatch.find(watch)) {
+    Entry& entry = *user->second;
+    setWatch(entry, std::nullopt);
+    entry.second.isPolled = true;
+    hasChanged(entry, now);
+  }
+}
+
+void FolderWatcher::State::take(const InotifyQueue::Event& event, Seconds now) {
+  switch (event.kind) {
+    case InotifyQueue::Kind::changed: {
+      const auto [first, last] = byWatch.equal_range(event.watch);
+      for (auto user = first; user != last; ++user) hasChanged(*user->second, now);
+      break;
+    }
+    case InotifyQueue::Kind::moved:
+    case InotifyQueue::Kind::gone:
+      release(event.watch, now);
+      break;
+    case InotifyQueue::Kind::lost:
+      if (!everythingDue) everythingDue = now + kQuiet;
+      break;
+  }
+}
+
+void FolderWatcher::State::hasChanged(Entry& entry, Seconds now) {
+  entry.second.hasChanged = true;
+  dueBy(entry, now + kQuiet);
+}
+
+/// At that moment, if it isn't due before.
+void FolderWatcher::State::dueBy(Entry& entry, Seconds moment) {
+  std::optional<Due::iterator>& its = entry.second.due;
+  if (its && (*its)->first <= moment) return;
+  notDue(entry.second);
+  its = due.emplace(moment, &entry);
+}
+
+void FolderWatcher::State::notDue(Folder& folder) {
+  if (folder.due) due.erase(*folder.due);
+  folder.due.reset();
+}
+
+FolderWatcher::FolderWatcher(std::size_t mostWatches) : _state(std::make_unique<State>()) {
+  _state->mostWatches = mostWatches;
+}
+
+FolderWatcher::~FolderWatcher() = default;
+
+FolderWatcher::Watching FolderWatcher::watch(const FilePath& folder, Seconds now) {
+  const auto [place, isNew] = _state->folders.try_emplace(folder);
+  if (isNew) {
+    _state->renew(*place);
+    if (place->second.isPolled) _state->dueBy(*place, now + kShortestPause);
+  }
+  return place->second.isPolled ? Watching::byPolling : Watching::byEvents;
+}
+
+void FolderWatcher::unwatch(const FilePath& folder) {
+  const auto place = _state->folders.find(folder);
+  if (place == _state->folders.end()) return;
+  _state->setWatch(*place, std::nullopt);
+  _state->notDue(place->second);
+  _state->folders.erase(place);
+}
+
+std::size_t FolderWatcher::watchedFolders() const { return _state->folders.size(); }
+
+std::size_t FolderWatcher::polledFolders() const {
+  const auto count = std::count_if(_state->folders.begin(), _state->folders.end(),
+                                   [](const auto& entry) { return entry.second.isPolled; });
+  return static_cast<std::size_t>(count);
+}
+
+int FolderWatcher::descriptor() const { return _state->queue.descriptor(); }
+
+FolderWatcher::Changes FolderWatcher::changes(Seconds now) {
+  State& state = *_state;
+  state.queue.read([&](const InotifyQueue::Event& event) { state.take(event, now); });
+  Changes changes;
+  if (state.everythingDue && *state.everythingDue <= now) {
+    state.everythingDue.reset();
+    changes.everythingMayHaveChanged = true;
+    // That a folder went may be among what was lost.
+    for (auto& entry : state.folders) state.renew(entry);
+  }
+  while (!state.due.empty() && state.due.begin()->first <= now) {
+    State::Entry& entry = *state.due.begin()->second;
+    state.notDue(entry.second);
+    entry.second.hasChanged = false;
+    if (entry.second.isPolled) state.renew(entry);
+    changes.folders.push_back(entry.first);
+  }
+  return changes;
+}
+
+std::optional<FolderWatcher::Seconds> FolderWatcher::nextDue() const {
+  std::optional<Seconds> next = _state->everythingDue;
+  if (_state->due.empty()) return next;
+  const Seconds first = _state->due.begin()->first;
+  return next ? std::min(*next, first) : first;
+}
+
+void FolderWatcher::hasPolled(const FilePath& folder, Seconds now, Seconds took) {
+  constexpr double kPausesPerLook = 50;
+  const auto place = _state->folders.find(folder);
+  if (place == _state->folders.end() || !place->second.isPolled) return;
+  if (!place->second.hasChanged) _state->notDue(place->second);
+  const Seconds pause = std::max(kShortestPause, std::min(kLongestPause, kPausesPerLook * took));
+  _state->dueBy(*place, now + pause);
+}
+
+}  // namespace pelmora::platform

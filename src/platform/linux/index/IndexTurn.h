@@ -1,0 +1,43 @@
+#pragma once
+
+#include "platform/FileDescriptor.h"
+#include "shared/FilePath.h"
+
+#include <functional>
+
+namespace pelmora::platform {
+
+/// Whose turn it is to read files into an index that several savers share (one for each monitor is
+/// usual), so that not all of them read the same ones at the same time. No more than that: a saver
+/// that was stopped while it had the turn is not waited for long, and the index is right without.
+/// Thread: one.
+class IndexTurn {
+ public:
+  /// `file` is locked for it, and made if missing; an empty path: the turn is always ours. `isOver`
+  /// ends the waiting.
+  IndexTurn(FilePath file, std::function<bool()> isOver);
+
+  /// Has the turn until it ends.
+  class Held {
+   public:
+    explicit Held(int descriptor) : _descriptor(descriptor) {}
+    ~Held();
+    Held(const Held&) = delete;
+    Held& operator=(const Held&) = delete;
+    /// False: it was not to be had in time.
+    [[nodiscard]] bool isOurs() const { return _descriptor >= 0; }
+
+   private:
+    const int _descriptor;
+  };
+
+  /// Waits for the turn, a second at most.
+  [[nodiscard]] Held take();
+
+ private:
+  const FilePath _file;
+  const std::function<bool()> _isOver;
+  FileDescriptor _descriptor;
+};
+
+}  // namespace pelmora::platform

@@ -1,0 +1,91 @@
+#pragma once
+
+#include "platform/Clock.h"
+#include "platform/linux/index/FolderIndexer.h"
+#include "platform/linux/index/FolderWatcher.h"
+#include "platform/linux/index/LiveQuery.h"
+
+#include <cstddef>
+#include <deque>
+#include <functional>
+#include <map>
+#include <memory>
+#include <optional>
+#include <unordered_map>
+#include <vector>
+
+namespace pelmora::platform {
+
+/// The work of the index, a piece at a time: which folders are to be brought up to date next, and
+/// which queries look at them then. Thread: one. Ownership: everything it was made with outlives
+/// it.
+class IndexWork {
+ public:
+  struct Tools {
+    const Files& files;
+    Log& log;
+    const Clock& clock;
+    NotificationCenter& notifications;
+    FolderIndexer::Inspect inspect;
+    std::function<bool()> isOver;  // whether the work is to end early; asked between files
+    std::function<void(const IndexProgress&)> progress;
+    FilePath file;  // where the index is kept, its folder made; empty: in memory
+    std::size_t mostWatches = 0;
+  };
+  using QueryId = std::uint64_t;
+
+  explicit IndexWork(Tools tools);
+
+  void addQuery(QueryId id, std::shared_ptr<QueryState> state);
+  void removeQuery(QueryId id);
+  void setPredicate(QueryId id, predicate::Predicate predicate);
+  void setScopes(QueryId id, const std::vector<FilePath>& folders);
+  void addScopes(QueryId id, const std::vector<FilePath>& folders);
+  void start(QueryId id, std::uint64_t number);
+  void stop(QueryId id);
+
+  /// Does the next thing that is to be done now; false when there is nothing left.
+  bool doNext();
+  /// Readable when there is more to do.
+  [[nodiscard]] int descriptor() const { return _watcher.descriptor(); }
+  /// When there is more to do, if nothing happens before; in seconds of the clock.
+  [[nodiscard]] std::optional<double> nextDue() const { return _watcher.nextDue(); }
+
+ private:
+  struct Folder {
+    MetadataStore::FolderId id = 0;
+    bool isQueued = false;
+    bool isUpToDate = false;
+    std::size_t fileCount = 0;
+  };
+  enum class Place { first, last };
+
+  void enter(LiveQuery& query, const std::vector<FilePath>& folders);
+  void leave(const std::vector<FilePath>& folders);
+  void enqueue(const FilePath& path, Folder& folder, Place place);
+  void takeChanges();
+  void beginAnewIfTheStoreDid();
+  void update(const FilePath& path, Folder& folder);
+  void lookAt(const FilePath& path, const Folder& folder, bool isUpToDate);
+  void report(bool all);
+  void tellProgress();
+  void tellOfPolling();
+  [[nodiscard]] bool isSearched(const FilePath& folder) const;
+  [[nodiscard]] bool isSearchedNow(const FilePath& folder) const;
+
+  const Tools _tools;
+  MetadataStore _store;
+  std::uint64_t _generation;
+  FolderWatcher _watcher;
+  IndexTurn _turn;
+  FolderIndexer _indexer;
+  std::map<QueryId, LiveQuery> _queries;
+  std::unordered_map<FilePath, Folder> _folders;
+  std::deque<FilePath> _queue;     // of folders to update; some may be gone
+  std::vector<FilePath> _leftOut;  // for no query was started that searches them
+  IndexProgress _progress;
+  double _lastReport = 0;
+  bool _hasToldOfPolling = false;
+};
+
+}  // namespace pelmora::platform

@@ -1,0 +1,130 @@
+#include "platform/linux/index/LiveQuery.h"
+
+#include <utility>
+
+namespace pelmora::platform {
+
+namespace {
+
+// How many files are reported together.
+constexpr std::size_t kWorthReporting = 256;
+constexpr std::size_t kMostItems = 1024;
+
+std::uint64_t hashOf(const FilePath& folder, const std::string& name) {
+  return std::hash<std::string>{}((folder / name).bytes());
+}
+
+plist::Value item(const FilePath& folder, const std::string& name) {
+  return plist::Dictionary{{NSMetadataItemFSNameKey, name},
+                           {NSMetadataItemPathKey, (folder / name).bytes()}};
+}
+
+}  // namespace
+
+void QueryState::begin(std::uint64_t start) {
+  const std::lock_guard lock(_mutex);
+  _started = start;
+}
+
+void QueryState::finish(std::uint64_t start) {
+  const std::lock_guard lock(_mutex);
+  _finished = start;
+  _changed.notify_all();
+}
+
+void QueryState::end() {
+  const std::lock_guard lock(_mutex);
+  _started = 0;
+  _changed.notify_all();
+}
+
+void QueryState::waitUntilFinished() {
+  std::unique_lock lock(_mutex);
+  _changed.wait(lock, [this] { return _started == 0 || _finished >= _started; });
+}
+
+void LiveQuery::setPredicate(predicate::Predicate predicate) {
+  _predicate = std::move(predicate);
+  _prepared = nullptr;
+}
+
+std::vector<FilePath> LiveQuery::setScopes(const std::vector<FilePath>& folders) {
+  std::unordered_map<FilePath, Scope> former = std::exchange(_scopes, {});
+  _toGather = 0;
+  for (const FilePath& folder : folders) {
+    const auto known = former.find(folder);
+    const Scope scope = known == former.end() ? Scope{} : known->second;
+    if (_scopes.emplace(folder, scope).second && !scope.isGathered) ++_toGather;
+    if (known != former.end()) former.erase(known);
+  }
+  std::vector<FilePath> left;
+  for (const auto& [folder, scope] : former) left.push_back(folder);
+  return left;
+}
+
+void LiveQuery::addScopes(const std::vector<FilePath>& folders) {
+  for (const FilePath& folder : folders) {
+    if (_scopes.emplace(folder, Scope{}).second) ++_toGather;
+  }
+}
+
+void LiveQuery::start(std::uint64_t number) { _start = number; }
+
+std::vector<FilePath> LiveQuery::scopes() const {
+  std::vector<FilePath> folders;
+  for (const auto& [folder, scope] : _scopes) folders.push_back(folder);
+  return folders;
+}
+
+void LiveQuery::look(MetadataStore& store, const FilePath& folder, MetadataStore::FolderId id,
+                     bool isUpToDate) {
+  const auto found = _scopes.find(folder);
+  if (found == _scopes.end()) return;
+  Scope& scope = found->second;
+  if (!_prepared) _prepared = store.prepare(_predicate);
+  // Read first: what changes meanwhile is looked at again, and not reported twice.
+  const MetadataStore::Revision newest = store.newestRevision();
+  const std::vector<std::string> matches = store.matches(*_prepared, id, scope.since);
+  for (const std::string& name : matches) {
+    if (_reported.insert(hashOf(folder, name)).second) _items.push_back(item(folder, name));
+  }
+  scope.since = newest;
+  if (isUpToDate && !scope.isGathered) {
+    scope.isGathered = true;
+    --_toGather;
+  }
+}
+
+void LiveQuery::forgetRevisions() {
+  for (auto& [folder, scope] : _scopes) scope.since = 0;
+  _prepared = nullptr;
+}
+
+void LiveQuery::report(bool all) {
+  if (!isStarted() || _state->disabled > 0) return;
+  const bool isGathered = _toGather == 0;
+  if (!_items.empty() && (all || isGathered || _items.size() >= kWorthReporting)) postItems();
+  if (isGathered && _finishedStart != _start && _items.empty()) {
+    _finishedStart = _start;
+    post(NSMetadataQueryDidFinishGatheringNotification, {});
+    _state->finish(_start);
+  }
+}
+
+void LiveQuery::postItems() {
+  const char* const notification = _finishedStart == _start
+                                       ? NSMetadataQueryDidUpdateNotification
+                                       : NSMetadataQueryGatheringProgressNotification;
+  plist::Array items = std::exchange(_items, {});
+  if (items.size() > kMostItems) {
+    _items.assign(items.begin() + kMostItems, items.end());
+    items.resize(kMostItems);
+  }
+  post(notification, {{NSMetadataQueryUpdateAddedItemsKey, std::move(items)}});
+}
+
+void LiveQuery::post(const char* notification, plist::Dictionary userInfo) {
+  _center.post({notification, {}, std::move(userInfo)});
+}
+
+}  // namespace pelmora::platform

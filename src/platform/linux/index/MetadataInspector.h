@@ -1,0 +1,43 @@
+#pragma once
+
+#include "platform/FileDescriptor.h"
+#include "platform/metadata/FileMetadata.h"
+#include "shared/FilePath.h"
+#include "shared/Result.h"
+
+#include <chrono>
+#include <functional>
+#include <memory>
+#include <span>
+
+namespace pelmora::platform {
+
+/// Reads what is embedded in files in a process of its own, which can open nothing, reaches no
+/// network and has bounded memory and time, as those who look into files of others tend to crash:
+/// `program` is started when it is first needed, at the lowest priority, and kept; one that
+/// crashed, hung or answered nonsense costs the file that it was at, and the files after that are
+/// asked of another. Thread: one at a time. Errors: one short line for a person.
+class MetadataInspector {
+ public:
+  struct Settings {
+    FilePath program;
+    std::chrono::milliseconds deadline{10'000};  // for one file; then its process is ended
+  };
+  using Answer = Result<metadata::FileMetadata>;
+
+  explicit MetadataInspector(Settings settings);
+  ~MetadataInspector();
+
+  /// Calls `take` for each file in their order, with what is embedded in it. The descriptors are
+  /// open on regular files, at their begin; closed ones fail. Requests are sent ahead of the
+  /// replies, so many files at once are read faster than one by one.
+  void inspect(std::span<const FileDescriptor> files,
+               const std::function<void(std::size_t index, Answer answer)>& take);
+
+ private:
+  struct State;
+  class Run;
+  std::unique_ptr<State> _state;
+};
+
+}  // namespace pelmora::platform

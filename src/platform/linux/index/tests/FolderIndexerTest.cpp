@@ -1,0 +1,94 @@
+#include "platform/linux/index/FolderIndexer.h"
+
+#include "platform/linux/index/tests/IndexFixture.h"
+
+#include <gmock/gmock.h>
+
+#include <filesystem>
+
+namespace pelmora::platform {
+
+namespace {
+
+class FolderIndexerTest : public IndexFixture {
+ protected:
+  std::size_t update() {
+    return indexer.update(folder, store.folderId(folder), [this] { ++batches; });
+  }
+  [[nodiscard]] std::vector<std::string> filesWithTitle(const char* title) {
+    const auto query = store.prepare(predicate::Comparison{predicate::KeyPath{"kMDItemTitle"},
+                                                           predicate::Operator::equal,
+                                                           predicate::Constant(title)});
+    return store.matches(*query, store.folderId(folder));
+  }
+
+  const FilePath folder = temporary.mkdir("pictures");
+  MetadataStore store{FilePath(), [](const std::string&) {}};
+  IndexTurn turn{FilePath(), [] { return false; }};
+  bool isOver = false;
+  int batches = 0;
+  FolderIndexer indexer{{.files = fakes.files,
+                         .log = fakes.log,
+                         .store = store,
+                         .turn = turn,
+                         .inspect = inspect(),
+                         .isOver = [this] { return isOver; }}};
+};
+
+}  // namespace
+
+TEST_F(FolderIndexerTest, readsEachFileOfAFolderOnce) {
+  temporary.write("pictures/a.jpg", "one");
+  temporary.write("pictures/b.jpg", "two");
+  temporary.write("pictures/.hidden.jpg", "one");
+  temporary.write("pictures/sub/c.jpg", "one");
+  EXPECT_EQ(update(), 2U);
+  EXPECT_EQ(filesRead, 2);
+  EXPECT_THAT(filesWithTitle("one"), testing::ElementsAre("a.jpg"));
+  EXPECT_EQ(update(), 2U);
+  EXPECT_EQ(filesRead, 2);
+}
+
+TEST_F(FolderIndexerTest, readsWhatWasChangedAndForgetsWhatIsGone) {
+  temporary.write("pictures/a.jpg", "one");
+  temporary.write("pictures/b.jpg", "one");
+  (void)update();
+  temporary.write("pictures/a.jpg", "another");
+  std::filesystem::remove((folder / "b.jpg").bytes());
+  EXPECT_EQ(update(), 1U);
+  EXPECT_EQ(filesRead, 3);
+  EXPECT_THAT(filesWithTitle("another"), testing::ElementsAre("a.jpg"));
+  EXPECT_THAT(filesWithTitle("one"), testing::IsEmpty());
+}
+
+TEST_F(FolderIndexerTest, keepsAFileThatCannotBeReadUnderItsNameWithOneLine) {
+  temporary.write("pictures/a.jpg", "broken");
+  EXPECT_EQ(update(), 1U);
+  EXPECT_EQ(update(), 1U);
+  EXPECT_EQ(filesRead, 1);
+  EXPECT_THAT(fakes.log.lines(),
+              testing::ElementsAre("Pelmora: Cannot read the metadata of '" +
+                                   (folder / "a.jpg").bytes() + "': it is broken"));
+}
+
+TEST_F(FolderIndexerTest, worksInBatchesAndEndsBetweenThemWhenItIsTold) {
+  for (std::size_t i = 0; i < FolderIndexer::kBatch + 1; ++i) {
+    temporary.write("pictures/" + std::to_string(i) + ".jpg", "one");
+  }
+  (void)update();
+  EXPECT_EQ(batches, 2);
+  temporary.write("pictures/more.jpg", "one");
+  isOver = true;
+  (void)update();
+  EXPECT_EQ(batches, 2);
+}
+
+TEST_F(FolderIndexerTest, hasNoFilesForAFolderThatIsGone) {
+  temporary.write("pictures/a.jpg", "one");
+  (void)update();
+  std::filesystem::remove_all(folder.bytes());
+  EXPECT_EQ(update(), 0U);
+  EXPECT_THAT(filesWithTitle("one"), testing::IsEmpty());
+}
+
+}  // namespace pelmora::platform
