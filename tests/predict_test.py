@@ -1,12 +1,14 @@
 """The program's cards against the prediction: which pictures, where, when and how they move."""
 
+import datetime
 import os
 import plistlib
 import urllib.parse
+from zoneinfo import ZoneInfo
 
 import judge
 from predict import Preferences, Saver, reference_time
-from saver_home import source
+from saver_home import TIME_ZONE, source
 from saver_random import Random
 
 FULL_HD, OLD_SQUARE = (1920, 1080), (1280, 1024)
@@ -88,6 +90,30 @@ class Cards(judge.JudgedCase):
         saver = self.judge(at=32.1, start="2026-11-21T23:59:50")
         shown = [os.path.dirname(card.path) for card in saver.views[0].cards]
         self.assertEqual(shown, 5 * [saturday] + 3 * [sunday])
+
+    def test_three_days_and_a_change_of_the_clocks_show_each_folder_on_its_days(self):
+        folders = {name: self.home.add_pictures(name, [f"{i}.png" for i in range(3)])
+                   for name in ("mondays", "weekends", "every day")}
+        self.show(source(folders["mondays"], days=2), source(folders["weekends"], days=65),
+                  source(folders["every day"]), UsePolaroid=0, Delay=900, NumImages=1000)
+        # Friday noon, and 72 hours on: one night of the three has an hour more, or less.
+        for start in ("2026-10-23T12:00:00", "2026-03-27T12:00:00"):
+            with self.subTest(start=start):
+                saver = self.judge(at=72 * 3600, start=start, arguments=("--fps", "1"))
+                self.assert_shown_on_their_days(saver, start, folders)
+
+    def assert_shown_on_their_days(self, saver, start, folders):
+        begin = datetime.datetime.fromisoformat(start).replace(tzinfo=ZoneInfo(TIME_ZONE))
+        shown = {}
+        for card in saver.views[0].cards:
+            # The day is read ten seconds after midnight.
+            moment = begin.timestamp() + card.made - 10
+            day = datetime.datetime.fromtimestamp(moment, ZoneInfo(TIME_ZONE)).strftime("%a")
+            shown.setdefault(day, set()).add(os.path.dirname(card.path))
+        everyday, weekend = folders["every day"], folders["weekends"]
+        self.assertEqual(shown, {"Fri": {everyday}, "Sat": {everyday, weekend},
+                                 "Sun": {everyday, weekend},
+                                 "Mon": {everyday, folders["mondays"]}})
 
     def test_screens_choose_the_folders(self):
         names = ["a.png", "b.png", "c.png"]
