@@ -4,6 +4,7 @@
 #include "host/DecoderPath.h"
 #include "host/ParseValues.h"
 #include "host/UserPaths.h"
+#include "platform/linux/index/EmbeddedTags.h"
 #include "platform/linux/LinuxWorkspace.h"
 #include "platform/linux/PosixFiles.h"
 #include "platform/linux/SystemClock.h"
@@ -59,7 +60,9 @@ bool checkPictures(const CheckRequest& request) {
   const platform::SystemClock clock;
   platform::SystemLog log(platform::SystemLog::StandardError::always);
   const platform::PosixFiles files;
-  const platform::LinuxWorkspace workspace(labelsPath(), log);
+  platform::EmbeddedTags embeddedTags(inspectorPath(), clock, log);
+  const platform::LinuxWorkspace workspace(
+      labelsPath(), log, [&](const FilePath& file) { return embeddedTags.read(file); });
   platform::IsolatedImageLoader images({.program = decoderPath()});
   const CheckTools tools{
       .clock = clock,

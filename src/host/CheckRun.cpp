@@ -1,5 +1,6 @@
 #include "host/CheckRun.h"
 
+#include "host/GivenPath.h"
 #include "host/PictureFile.h"
 #include "host/PictureFinder.h"
 #include "platform/PrintableLine.h"
@@ -18,13 +19,6 @@ namespace {
 using platform::printableLine;
 
 constexpr std::size_t kLongestStem = 240;  // bytes: leaves room for "-1000000.png"
-
-/// The path that a word means, the way it leads to untouched, so that links stay what they are.
-FilePath absolutePath(const std::string& word) {
-  std::error_code problem;
-  const std::filesystem::path absolute = std::filesystem::absolute(word, problem);
-  return FilePath(problem ? word : absolute.string());
-}
 
 /// Text of the file's own as one part of a line, whose parts are divided by commas.
 std::string part(std::string text) {
@@ -77,7 +71,7 @@ Status CheckRun::prepareOut() const {
   if (problem) return Error{name + ": " + problem.message()};
   const auto out = _tools.files.facts(_request.out, platform::FinalLink::follow);
   for (const std::string& word : _request.words) {
-    const FilePath path = absolutePath(word);
+    const FilePath path = GivenPath(word).absolute();
     const bool isFolder = platform::isDirectory(_tools.files, path);
     const auto read =
         _tools.files.facts(isFolder ? path : path.parent(), platform::FinalLink::follow);
@@ -89,18 +83,14 @@ Status CheckRun::prepareOut() const {
 }
 
 void CheckRun::checkWord(const std::string& word) {
-  const FilePath start = absolutePath(word);
-  // Paths are told as a person gave them.
-  const auto shown = [&word, &start](const FilePath& path) {
-    if (!path.bytes().starts_with(start.bytes())) return printableLine(path.bytes());
-    return printableLine(FilePath(word).bytes() + path.bytes().substr(start.bytes().size()));
-  };
+  const GivenPath start(word);
+  const auto shown = [&start](const FilePath& path) { return printableLine(start.shown(path)); };
   PictureFinder finder(_tools.files,
                        {.file = [&](const FilePath& file) { checkFile(file, shown(file)); },
                         .unreadable = [&](const FilePath& folder,
                                           const Error& why) { refuse(shown(folder), why); }});
   if (!_request.out.empty()) finder.leaveOut(_request.out);
-  finder.find(start);
+  finder.find(start.absolute());
 }
 
 void CheckRun::checkFile(const FilePath& file, const std::string& shownPath) {

@@ -13,6 +13,7 @@ constexpr Command kCommands[] = {
     {"render", "render the saver to picture files, without a display", runRender},
     {"defaults", "read and write the preferences", runDefaults},
     {"check", "tell why a picture is shown or not", runCheck},
+    {"match", "list the files that a filter admits", runMatch},
     {"sources", "list, add and remove picture folders", runSources},
 };
 
@@ -52,6 +53,10 @@ ExitStatus badUsage(std::string_view command, std::string_view problem) {
 
 ExitStatus failed(std::string_view command, std::string_view problem) {
   return report(command, problem, nullptr);
+}
+
+void note(std::string_view command, std::string_view text) {
+  report(command, "note: " + std::string(text), nullptr);
 }
 
 ExitStatus runProgram(std::span<char*> words) {

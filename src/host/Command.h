@@ -21,6 +21,7 @@ ExitStatus runWindow(std::span<char*> words);
 ExitStatus runRender(std::span<char*> words);
 ExitStatus runCheck(std::span<char*> words);
 ExitStatus runDefaults(std::span<char*> words);
+ExitStatus runMatch(std::span<char*> words);
 ExitStatus runSources(std::span<char*> words);
 
 /// Runs the program: the sub-command that the first word names, or the saver.
@@ -30,5 +31,7 @@ ExitStatus runProgram(std::span<char*> words);
 ExitStatus badUsage(std::string_view command, std::string_view problem);
 /// Says on standard error why a command failed.
 ExitStatus failed(std::string_view command, std::string_view problem);
+/// Says on standard error what a person had better know.
+void note(std::string_view command, std::string_view text);
 
 }  // namespace pelmora::host

@@ -44,9 +44,10 @@ ExitStatus store(PreferenceTools& tools) {
   return stored ? ExitStatus::success : failed("defaults", stored.error().message);
 }
 
-ExitStatus write(PreferenceTools& tools, const std::string& key, const std::string& text) {
-  Result<plist::Value> value = parsePreference(key, text);
+ExitStatus write(PreferenceTools& tools, const std::string& key, const std::string& given) {
+  Result<plist::Value> value = parsePreference(key, given);
   if (!value) return badUsage("defaults", value.error().message);
+  if (const auto text = noteOnPreference(key, *value)) note("defaults", *text);
   tools.preferences.setObject(key, std::move(*value));
   return store(tools);
 }

@@ -1,22 +1,22 @@
 #include "host/LinuxServices.h"
 
 #include "host/DecoderPath.h"
+#include "host/IndexFile.h"
 #include "host/SampleFolders.h"
 #include "host/UserPaths.h"
 #include "platform/linux/FilePreferencesStore.h"
+#include "platform/linux/index/EmbeddedTags.h"
 #include "platform/linux/index/MetadataIndex.h"
 #include "platform/linux/index/MetadataInspector.h"
 #include "platform/linux/IsolatedImageLoader.h"
 #include "platform/linux/LinuxBookmarks.h"
 #include "platform/linux/LinuxWorkspace.h"
 #include "platform/linux/LogSound.h"
-#include "platform/linux/MakeFolders.h"
 #include "platform/linux/PosixFiles.h"
 #include "platform/linux/SystemClock.h"
 #include "platform/linux/SystemLog.h"
 #include "platform/linux/XdgUserFolders.h"
 #include "platform/NotificationCenter.h"
-#include "view/PelmoraView.h"
 
 #include <algorithm>
 #include <cassert>
@@ -32,23 +32,28 @@ struct LinuxServices::Parts {
         userFolders(platform::processEnvironment()),
         bookmarks(clock),
         preferences(platform::defaultPreferencesPath(), log),
-        workspace(labelsPath(), log),
+        embeddedTags(inspectorPath(), clock, log),
+        workspace(labelsPath(), log,
+                  [this](const FilePath& file) { return embeddedTags.read(file); }),
         sound(log),
         samples(userFolders, samplesPath(), log),
         metadata({.files = files,
                   .log = log,
                   .clock = clock,
                   .notifications = notifications,
-                  .inspect = [this](auto open, const auto& take) { inspector.inspect(open, take); },
-                  .file = [this] { return indexFile(); }}),
+                  .inspect = [this](auto open,
+                                    const auto& take) { return inspector.inspect(open, take); },
+                  .file = [this] { return indexFile(userFolders); }}),
         services{
             .clock = choices.clock ? *choices.clock : clock,
             .scheduler = *choices.scheduler,
             .log = log,
             .files = files,
-            .userFolders = choices.samplesWhenNoPictures
-                               ? static_cast<platform::UserFolders&>(samples)
-                               : userFolders,
+            // Who has chosen folders needs no samples.
+            .userFolders =
+                choices.samplesWhenNoPictures && !preferences.storedValues().contains("Sources")
+                    ? static_cast<platform::UserFolders&>(samples)
+                    : userFolders,
             .bookmarks = bookmarks,
             .preferences = preferences,
             .displays = *choices.displays,
@@ -63,14 +68,13 @@ struct LinuxServices::Parts {
                                           : std::max(1U, std::thread::hardware_concurrency()),
         } {}
 
-  [[nodiscard]] FilePath indexFile() const;
-
   platform::SystemClock clock;
   platform::SystemLog log;
   platform::PosixFiles files;
   platform::XdgUserFolders userFolders;
   platform::LinuxBookmarks bookmarks;
   platform::FilePreferencesStore preferences;
+  platform::EmbeddedTags embeddedTags;
   platform::LinuxWorkspace workspace;
   platform::IsolatedImageLoader images{{.program = decoderPath()}};
   platform::LogSound sound;
@@ -81,15 +85,6 @@ struct LinuxServices::Parts {
   platform::MetadataIndex metadata;
   const platform::Services services;
 };
-
-/// Beside the folder cache; without a place for it, the index is kept in memory.
-FilePath LinuxServices::Parts::indexFile() const {
-  const std::vector<FilePath> caches = userFolders.caches();
-  if (caches.empty()) return {};
-  const FilePath folder = caches.front() / view::kApplicationName;
-  if (!platform::makeFolders(folder)) return {};
-  return folder / platform::MetadataIndex::kFileName;
-}
 
 LinuxServices::LinuxServices(const ServiceChoices& choices) {
   assert(choices.scheduler && choices.displays);

@@ -50,7 +50,8 @@ Result<Arguments> parseArguments(std::span<const Option> options, std::span<char
 std::string describeOptions(std::span<const Option> options) {
   std::string text;
   for (const Option& each : options) {
-    std::string name = std::string("  --") + each.name;
+    const bool isLetter = each.name[1] == '\0';
+    std::string name = std::string(isLetter ? "  -" : "  --") + each.name;
     if (each.argument) name += std::string(" ") + each.argument;
     name.resize(std::max<std::size_t>(name.size() + 2, 26), ' ');
     text += name + each.help + "\n";

@@ -1,5 +1,6 @@
 #include "host/PreferenceText.h"
 
+#include "host/FilterNote.h"
 #include "host/ParseValues.h"
 #include "platform/predicate/PredicateArchive.h"
 #include "platform/predicate/PredicateText.h"
@@ -132,6 +133,15 @@ struct Describe {
   }
 };
 
+/// The filter that a preference holds, if that is what it is.
+std::optional<platform::predicate::Predicate> filterIn(std::string_view key,
+                                                       const plist::Value& value) {
+  const auto* archive = key == "FilterPredicate" ? value.get<plist::Bytes>() : nullptr;
+  if (!archive) return std::nullopt;
+  auto predicate = platform::predicate::readPredicateArchive(*archive);
+  return predicate ? std::optional(*std::move(predicate)) : std::nullopt;
+}
+
 }  // namespace
 
 Result<plist::Value> parsePreference(std::string_view key, const std::string& text) {
@@ -146,12 +156,15 @@ std::string textOfPreference(const plist::Value& value) {
 }
 
 std::string textOfPreference(std::string_view key, const plist::Value& value) {
-  const auto* archive = key == "FilterPredicate" ? value.get<plist::Bytes>() : nullptr;
-  if (archive) {
-    const auto predicate = platform::predicate::readPredicateArchive(*archive);
-    if (predicate) return quoted(platform::predicate::textOf(*predicate));
+  if (const auto predicate = filterIn(key, value)) {
+    return quoted(platform::predicate::textOf(*predicate));
   }
   return textOfPreference(value);
+}
+
+std::optional<std::string> noteOnPreference(std::string_view key, const plist::Value& value) {
+  const auto predicate = filterIn(key, value);
+  return predicate ? noteOnFilter(*predicate) : std::nullopt;
 }
 
 std::vector<std::string> preferenceKeys(const plist::Dictionary& stored) {

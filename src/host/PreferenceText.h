@@ -3,6 +3,7 @@
 #include "platform/PropertyList.h"
 #include "shared/Result.h"
 
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -19,6 +20,10 @@ namespace pelmora::host {
 [[nodiscard]] std::string textOfPreference(const plist::Value& value);
 /// The same of a key's value: an archived filter reads as its text.
 [[nodiscard]] std::string textOfPreference(std::string_view key, const plist::Value& value);
+
+/// What a person had better know of a key's value that is written.
+[[nodiscard]] std::optional<std::string> noteOnPreference(std::string_view key,
+                                                          const plist::Value& value);
 
 /// The saver's keys in the order of their help, then what else is stored.
 [[nodiscard]] std::vector<std::string> preferenceKeys(const plist::Dictionary& stored);

@@ -1,7 +1,7 @@
 #include "inspector/MetadataReader.h"
 
+#include "inspector/FileBytes.h"
 #include "inspector/FileSignature.h"
-#include "inspector/MappedFile.h"
 #include "platform/metadata/ContentTypes.h"
 #include "platform/metadata/MetadataProtocol.h"
 #include "platform/PrintableLine.h"
@@ -72,12 +72,12 @@ Result<FileMetadata> readFile(int descriptor, const AttributeReader& attributes)
   if (facts.st_size == 0 || facts.st_size > platform::metadata::kMaxInspectedBytes) {
     return FileMetadata();
   }
-  const MappedFile file(descriptor, static_cast<std::size_t>(facts.st_size));
-  if (file.bytes().empty()) return Error{"it cannot be read"};
-  const std::optional<FileSignature> signature = signatureOf(file.bytes());
+  const FileBytes bytes(descriptor, static_cast<std::size_t>(facts.st_size));
+  if (bytes.all().empty()) return Error{"it cannot be read"};
+  const std::optional<FileSignature> signature = signatureOf(bytes.all());
   if (!signature) return FileMetadata();
   if (!signature->isReadable) return typeAlone(signature->mime);
-  return readPicture(file.bytes(), signature->mime, attributes);
+  return readPicture(bytes.all(), signature->mime, attributes);
 }
 
 }  // namespace

@@ -5,6 +5,8 @@
 #include <QImage>
 
 #include <filesystem>
+#include <fstream>
+#include <iterator>
 
 namespace pelmora::host {
 
@@ -31,6 +33,17 @@ class CheckCommandTest : public CommandFixture {
     const FilePath file = home.path() / name;
     EXPECT_TRUE(picture.save(QString::fromStdString(file.bytes()), format, 95));
     return file;
+  }
+
+  /// Puts XMP into a JPEG file.
+  static void embed(const FilePath& jpeg, const std::string& xmp) {
+    std::ifstream in(jpeg.bytes(), std::ios::binary);
+    std::string bytes(std::istreambuf_iterator<char>(in), {});
+    const std::string segment = std::string("http://ns.adobe.com/xap/1.0/\0", 29) + xmp;
+    const std::size_t size = segment.size() + 2;
+    const std::string head{'\xFF', '\xE1', static_cast<char>(size >> 8), static_cast<char>(size)};
+    bytes.insert(2, head + segment);
+    std::ofstream(jpeg.bytes(), std::ios::binary) << bytes;
   }
 };
 
@@ -73,6 +86,18 @@ TEST_F(CheckCommandTest, tellsOfPicturesThatAreShown) {
   EXPECT_EQ(checked.out.find(file.bytes() + ": JPEG, 40 × 20, orientation 1, sRGB, no tags, "), 0U)
       << checked.out;
   EXPECT_TRUE(checked.out.ends_with(" ms\n")) << checked.out;
+  EXPECT_EQ(checked.error, "");
+}
+
+TEST_F(CheckCommandTest, tellsTheTagsThatAreEmbedded) {
+  const FilePath file = paint("a.jpg", "JPEG");
+  embed(file,
+        "<x:xmpmeta xmlns:x='adobe:ns:meta/'><rdf:RDF "
+        "xmlns:rdf='http://www.w3.org/1999/02/22-rdf-syntax-ns#'><rdf:Description "
+        "xmlns:dc='http://purl.org/dc/elements/1.1/'><dc:subject><rdf:Bag><rdf:li>Sea, far</rdf:li>"
+        "<rdf:li>Red</rdf:li></rdf:Bag></dc:subject></rdf:Description></rdf:RDF></x:xmpmeta>");
+  const Outcome checked = run({"check", file.bytes()});
+  EXPECT_NE(checked.out.find(", tags Sea; far; Red, "), std::string::npos) << checked.out;
   EXPECT_EQ(checked.error, "");
 }
 

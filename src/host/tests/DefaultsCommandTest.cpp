@@ -25,6 +25,15 @@ TEST_F(DefaultsCommand, refusesValuesThatMakeNoSenseAndKeepsTheOld) {
   EXPECT_EQ(run({"defaults", "read", "NumImages"}).out, "7\n");
 }
 
+TEST_F(DefaultsCommand, notesWhatTheSaverMakesOfAFilterButKeepsIt) {
+  const Outcome written = run({"defaults", "write", "FilterPredicate", "kMDItemStarRating > 3"});
+  EXPECT_EQ(written.status, ExitStatus::success);
+  EXPECT_NE(written.error.find("pelmora defaults: note: the saver does not use this filter"),
+            std::string::npos);
+  EXPECT_EQ(run({"defaults", "read", "FilterPredicate"}).out, "\"kMDItemStarRating > 3\"\n");
+  EXPECT_EQ(run({"defaults", "write", "FilterPredicate", "kMDItemCity == 'Oslo'"}).error, "");
+}
+
 TEST_F(DefaultsCommand, saysWhenThereIsNoSuchPreference) {
   const Outcome unknown = run({"defaults", "read", "Nothing"});
   EXPECT_EQ(unknown.status, ExitStatus::failure);

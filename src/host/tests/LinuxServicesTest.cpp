@@ -29,6 +29,16 @@ TEST_F(LinuxServicesTest, takeWhatTheCommandChoosesAndTheDesktopsOwnForTheRest) 
   EXPECT_GE(chosen.services().systemVersion.major, 11);
 }
 
+TEST_F(LinuxServicesTest, showSamplesToWhoHasNeitherPicturesNorChosenFolders) {
+  const ServiceChoices choices{
+      .scheduler = &scheduler, .displays = &displays, .samplesWhenNoPictures = true};
+  testing::internal::CaptureStderr();
+  EXPECT_EQ(LinuxServices(choices).services().userFolders.pictures().size(), 1U);
+  EXPECT_NE(testing::internal::GetCapturedStderr(), "");
+  run({"sources", "add", home.mkdir("elsewhere").bytes()});
+  EXPECT_TRUE(LinuxServices(choices).services().userFolders.pictures().empty());
+}
+
 TEST_F(LinuxServicesTest, walkWithEveryProcessorUnlessTold) {
   const LinuxServices real({.scheduler = &scheduler, .displays = &displays});
   EXPECT_GE(real.services().enumerationConcurrency, 1U);

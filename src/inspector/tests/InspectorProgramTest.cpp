@@ -1,11 +1,18 @@
 #include "inspector/MetadataReader.h"
 #include "inspector/tests/PaintedFile.h"
+#include "platform/fake/RecordingLog.h"
+#include "platform/fake/TemporaryFolder.h"
+#include "platform/linux/index/EmbeddedTags.h"
+#include "platform/linux/index/FileAttributes.h"
 #include "platform/linux/index/MetadataInspector.h"
+#include "platform/linux/LinuxWorkspace.h"
 #include "platform/linux/tests/ChildrenCount.h"
+#include "platform/SteppedTime.h"
 
 #include <fcntl.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <sys/xattr.h>
 #include <unistd.h>
 
 #include <cstdlib>
@@ -49,10 +56,12 @@ Bytes rated(int rating) {
 std::vector<MetadataInspector::Answer> inspectAll(MetadataInspector& inspector,
                                                   const std::vector<FileDescriptor>& files) {
   std::vector<MetadataInspector::Answer> answers;
-  inspector.inspect(files, [&](std::size_t index, MetadataInspector::Answer answer) {
-    EXPECT_EQ(index, answers.size());
-    answers.push_back(std::move(answer));
-  });
+  const Status status =
+      inspector.inspect(files, [&](std::size_t index, MetadataInspector::Answer answer) {
+        EXPECT_EQ(index, answers.size());
+        answers.push_back(std::move(answer));
+      });
+  EXPECT_TRUE(status.ok());
   EXPECT_EQ(answers.size(), files.size());
   return answers;
 }
@@ -92,6 +101,34 @@ TEST(InspectorProgram, readsTheSameAsWithoutASandbox) {
     EXPECT_EQ(*answers[i], *reader.read(files[i].get())) << i;
     EXPECT_FALSE(answers[i]->all().empty());
   }
+}
+
+TEST(InspectorProgram, givesACardTheTagsThatAFilterKnows) {
+  const auto photo = painted(Format::jpeg, [](Exiv2::Image& image) {
+    fillWithEverything(image);
+    image.xmpData()["Xmp.digiKam.TagsList"] = "Places/Paris";
+    image.xmpData()["Xmp.digiKam.ColorLabel"] = "4";
+    image.iptcData()["Iptc.Application2.Keywords"] = "no tag";
+  });
+  const platform::TemporaryFolder folder;
+  const FilePath path = folder.write("a.jpg", std::string(photo.begin(), photo.end()));
+  const auto tagsForAFilter = [&path] {
+    MetadataInspector inspector({kInspector, kDeadline});
+    std::vector<FileDescriptor> files;
+    files.emplace_back(open(path.c_str(), O_RDONLY | O_CLOEXEC));
+    const auto ofFile = platform::fileAttributes(files.front().get(), "a.jpg")->metadata;
+    return valuesOf(platform::joined(ofFile, *inspectAll(inspector, files)[0]), "kMDItemUserTags");
+  };
+  const platform::SteppedClock clock;
+  platform::RecordingLog log;
+  platform::EmbeddedTags embedded(kInspector, clock, log, kDeadline);
+  const platform::LinuxWorkspace workspace(
+      {}, log, [&embedded](const FilePath& file) { return embedded.read(file); });
+  EXPECT_THAT(workspace.tagNames(path), ElementsAre("Paris", "lake", "mountain", "Green"));
+  EXPECT_THAT(tagsForAFilter(), ElementsAre("Paris", "lake", "mountain", "Green"));
+  if (setxattr(path.c_str(), "user.xdg.tags", "Red", 3, 0) != 0) return;
+  EXPECT_THAT(workspace.tagNames(path), ElementsAre("Red"));
+  EXPECT_THAT(tagsForAFilter(), ElementsAre("Red"));
 }
 
 TEST(InspectorProgram, knowsTheLocalTime) {

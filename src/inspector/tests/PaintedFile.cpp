@@ -5,6 +5,7 @@
 #include <unistd.h>
 #include <exiv2/exiv2.hpp>
 
+#include <algorithm>
 #include <array>
 #include <memory>
 #include <stdexcept>
@@ -77,6 +78,9 @@ Bytes paintedHeic(const Exiv2::ExifData& exif) {
       heif_image_create(kSide, kSide, heif_colorspace_RGB, heif_chroma_interleaved_RGB, &image));
   const auto ownedImage = owned<const heif_image>(image, heif_image_release);
   require(heif_image_add_plane(image, heif_channel_interleaved, kSide, kSide, 8));
+  int stride = 0;
+  std::uint8_t* const rows = heif_image_get_plane(image, heif_channel_interleaved, &stride);
+  std::fill_n(rows, stride * kSide, std::uint8_t{128});  // the same bytes every time
   const auto context = owned(heif_context_alloc(), heif_context_free);
   heif_encoder* encoder = nullptr;
   require(heif_context_get_encoder_for_format(context.get(), heif_compression_HEVC, &encoder));

@@ -38,4 +38,13 @@ std::vector<std::string> tagsOfPropertyList(std::string_view value) {
   return tags;
 }
 
+std::vector<std::string> tagsOfAttributes(
+    const std::function<std::optional<std::string>(const char* name)>& value) {
+  if (const auto text = value("user.xdg.tags")) {
+    if (auto tags = tagsOfText(*text); !tags.empty()) return tags;
+  }
+  const auto list = value("user.com.apple.metadata:_kMDItemUserTags");
+  return list ? tagsOfPropertyList(*list) : std::vector<std::string>();
+}
+
 }  // namespace pelmora::platform

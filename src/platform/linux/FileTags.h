@@ -1,6 +1,8 @@
 #pragma once
 
 #include <cstddef>
+#include <functional>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -19,5 +21,10 @@ inline constexpr std::size_t kMaxTags = 256;
 /// an array of names, each with the number of its colour after a line break. Anything else has
 /// none.
 [[nodiscard]] std::vector<std::string> tagsOfPropertyList(std::string_view value);
+
+/// The tags in a file's extended attributes: the desktop's, else those from a Mac. `value` gives
+/// the value of the attribute that it is asked for.
+[[nodiscard]] std::vector<std::string> tagsOfAttributes(
+    const std::function<std::optional<std::string>(const char* name)>& value);
 
 }  // namespace pelmora::platform

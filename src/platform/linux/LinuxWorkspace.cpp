@@ -4,6 +4,7 @@
 #include "platform/linux/FileTags.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace pelmora::platform {
 
@@ -35,7 +36,8 @@ void setLabel(std::vector<Label>& labels, Label label) {
 
 }  // namespace
 
-LinuxWorkspace::LinuxWorkspace(const FilePath& labelsFile, Log& log) : _labels(standardLabels()) {
+LinuxWorkspace::LinuxWorkspace(const FilePath& labelsFile, Log& log, ReadEmbedded readEmbedded)
+    : _labels(standardLabels()), _readEmbedded(std::move(readEmbedded)) {
   for (Label& label : labelsInFile(labelsFile, log)) setLabel(_labels, std::move(label));
 }
 
@@ -52,11 +54,8 @@ std::vector<Color> LinuxWorkspace::fileLabelColors() const {
 }
 
 std::vector<std::string> LinuxWorkspace::tagNames(const FilePath& file) const {
-  if (const auto value = extendedAttribute(file, "user.xdg.tags")) {
-    if (auto tags = tagsOfText(*value); !tags.empty()) return tags;
-  }
-  const auto value = extendedAttribute(file, "user.com.apple.metadata:_kMDItemUserTags");
-  return value ? tagsOfPropertyList(*value) : std::vector<std::string>();
+  auto tags = tagsOfAttributes([&](const char* name) { return extendedAttribute(file, name); });
+  return tags.empty() ? _readEmbedded(file) : tags;
 }
 
 }  // namespace pelmora::platform

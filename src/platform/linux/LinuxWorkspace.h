@@ -3,16 +3,21 @@
 #include "platform/linux/LabelFile.h"
 #include "platform/Workspace.h"
 
+#include <functional>
+
 namespace pelmora::platform {
 
 /// Labels by a fixed list, which a user's file extends or recolours; tags from the files' extended
-/// attributes: those that desktops write, else those that came with a file from a Mac.
-/// Thread: any; unchanged once made. Errors: a damaged labels file is logged, damaged tags are
-/// none.
+/// attributes (those that desktops write, else those that came with a file from a Mac), else those
+/// that are embedded in the files. Thread: any; unchanged once made. Errors: a damaged labels file
+/// is logged, damaged tags are none.
 class LinuxWorkspace : public Workspace {
  public:
+  /// Reads the tags that are embedded in a file. Called on any thread.
+  using ReadEmbedded = std::function<std::vector<std::string>(const FilePath& file)>;
+
   /// Reads the labels. The log is used in the constructor alone.
-  LinuxWorkspace(const FilePath& labelsFile, Log& log);
+  LinuxWorkspace(const FilePath& labelsFile, Log& log, ReadEmbedded readEmbedded);
 
   [[nodiscard]] std::vector<std::string> fileLabels() const override;
   [[nodiscard]] std::vector<Color> fileLabelColors() const override;
@@ -20,6 +25,7 @@ class LinuxWorkspace : public Workspace {
 
  private:
   std::vector<Label> _labels;
+  const ReadEmbedded _readEmbedded;
 };
 
 }  // namespace pelmora::platform

@@ -19,8 +19,6 @@ namespace {
 using metadata::FileMetadata;
 using predicate::Constant;
 
-constexpr const char* kTags = "user.xdg.tags";
-constexpr const char* kTagsFromMac = "user.com.apple.metadata:_kMDItemUserTags";
 constexpr const char* kComment = "user.xdg.comment";
 
 IndexStamp stampOf(const struct stat& status) {
@@ -41,12 +39,7 @@ void setExtended(int file, FileMetadata& metadata) {
     const bool isThere = std::find(names.begin(), names.end(), name) != names.end();
     return isThere ? extendedAttribute(file, name) : std::nullopt;
   };
-  std::vector<std::string> tags;
-  if (const auto text = value(kTags)) tags = tagsOfText(*text);
-  if (tags.empty()) {
-    if (const auto list = value(kTagsFromMac)) tags = tagsOfPropertyList(*list);
-  }
-  if (!tags.empty()) metadata.set("kMDItemUserTags", constants(tags));
+  metadata.set("kMDItemUserTags", constants(tagsOfAttributes(value)));
   if (const auto comment = value(kComment)) {
     const std::string text = plainText(*comment);
     if (!text.empty()) metadata.set("kMDItemFinderComment", {text});

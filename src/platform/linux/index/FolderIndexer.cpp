@@ -17,6 +17,14 @@ FileDescriptor openFile(int folder, const std::string& name) {
       ::openat(folder, name.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC | O_NOCTTY));
 }
 
+/// As what a file is entered that was not looked into: never the stamp of a file.
+IndexStamp unread(IndexStamp stamp) {
+  stamp.changeNanoseconds = -1 - stamp.changeNanoseconds;
+  return stamp;
+}
+
+bool isUnread(const IndexStamp& stamp) { return stamp.changeNanoseconds < 0; }
+
 }  // namespace
 
 struct FolderIndexer::Folder {
@@ -25,25 +33,23 @@ struct FolderIndexer::Folder {
   FileDescriptor descriptor;
 };
 
-std::size_t FolderIndexer::update(const FilePath& path, MetadataStore::FolderId id,
-                                  const std::function<void()>& batchDone) {
+FolderIndexer::Outcome FolderIndexer::update(const FilePath& path, MetadataStore::FolderId id,
+                                             const std::function<void()>& batchDone) {
   const Folder folder{path, id,
                       FileDescriptor(::open(path.c_str(), O_PATH | O_DIRECTORY | O_CLOEXEC))};
-  std::size_t fileCount = 0;
-  const std::vector<std::string> changed =
-      changedFiles(folder, _tools.store.filesIn(id), fileCount);
+  Outcome outcome;
+  const std::vector<std::string> changed = changedFiles(folder, _tools.store.filesIn(id), outcome);
   for (std::size_t first = 0; first < changed.size() && !_tools.isOver(); first += kBatch) {
     const std::size_t count = std::min(kBatch, changed.size() - first);
-    readBatch(folder, std::span(changed).subspan(first, count));
+    readBatch(folder, std::span(changed).subspan(first, count), outcome);
     batchDone();
   }
-  return fileCount;
+  return outcome;
 }
 
 /// The names of the files that have to be read; those that are gone are taken out of the store.
 std::vector<std::string> FolderIndexer::changedFiles(
-    const Folder& folder, std::unordered_map<std::string, IndexStamp> known,
-    std::size_t& fileCount) {
+    const Folder& folder, std::unordered_map<std::string, IndexStamp> known, Outcome& outcome) {
   std::vector<std::string> changed;
   const auto listing = _tools.files.list(folder.path, FinalLink::follow);
   if (listing && folder.descriptor.isOpen()) {
@@ -53,10 +59,10 @@ std::vector<std::string> FolderIndexer::changedFiles(
       std::string name(entry);
       const std::optional<IndexStamp> stamp = stampOf(folder.descriptor.get(), name.c_str());
       if (!stamp) continue;
-      ++fileCount;
+      ++outcome.fileCount;
       const auto stored = known.find(name);
       const bool isKnown = stored != known.end();
-      const bool isUnchanged = isKnown && stored->second == *stamp;
+      const bool isUnchanged = isKnown && isEnough(stored->second, *stamp, outcome);
       if (isKnown) known.erase(stored);
       if (!isUnchanged) changed.push_back(std::move(name));
     }
@@ -67,16 +73,30 @@ std::vector<std::string> FolderIndexer::changedFiles(
   return changed;
 }
 
-void FolderIndexer::readBatch(const Folder& folder, std::span<const std::string> names) {
+/// Whether there is no more to be known of a file now than what it was stored with.
+bool FolderIndexer::isEnough(const IndexStamp& stored, const IndexStamp& now,
+                             Outcome& outcome) const {
+  if (stored == now) return true;
+  if (stored != unread(now) || !_tools.inspector.isWaiting()) return false;
+  outcome.hasUnread = true;
+  return true;
+}
+
+void FolderIndexer::readBatch(const Folder& folder, std::span<const std::string> names,
+                              Outcome& outcome) {
   const IndexTurn::Held held = _tools.turn.take();
-  std::vector<std::string> unread;
+  std::vector<std::string> toRead;
   for (const std::string& name : names) {
     // Another saver may have read it meanwhile.
     const std::optional<IndexStamp> stored = _tools.store.stampOf(folder.id, name);
-    if (!stored || stored != stampOf(folder.descriptor.get(), name.c_str())) unread.push_back(name);
+    const auto now = stored ? stampOf(folder.descriptor.get(), name.c_str()) : std::nullopt;
+    if (!now || !isEnough(*stored, *now, outcome)) toRead.push_back(name);
   }
-  const std::vector<MetadataStore::Entry> entries = read(folder, unread);
-  if (!entries.empty()) _tools.store.put(folder.id, folder.path, entries);
+  const std::vector<MetadataStore::Entry> entries = read(folder, toRead);
+  if (entries.empty()) return;
+  _tools.store.put(folder.id, folder.path, entries);
+  // Those that were not looked into are the last ones.
+  if (isUnread(entries.back().stamp)) outcome.hasUnread = true;
 }
 
 std::vector<MetadataStore::Entry> FolderIndexer::read(const Folder& folder,
@@ -96,7 +116,15 @@ std::vector<MetadataStore::Entry> FolderIndexer::read(const Folder& folder,
     entries.push_back({name, attributes->stamp, std::move(attributes->metadata)});
     files.push_back(std::move(file));
   }
-  _tools.inspect(files, [&](std::size_t index, Result<metadata::FileMetadata> embedded) {
+  inspect(folder, files, entries);
+  return entries;
+}
+
+void FolderIndexer::inspect(const Folder& folder, std::span<const FileDescriptor> files,
+                            std::vector<MetadataStore::Entry>& entries) {
+  std::size_t looked = 0;
+  const auto take = [&](std::size_t index, Result<metadata::FileMetadata> embedded) {
+    looked = index + 1;
     MetadataStore::Entry& entry = entries[index];
     if (embedded) {
       entry.metadata = joined(std::move(entry.metadata), *embedded);
@@ -104,8 +132,9 @@ std::vector<MetadataStore::Entry> FolderIndexer::read(const Folder& folder,
       _tools.log.print("Pelmora: Cannot read the metadata of '%s': %s",
                        (folder.path / entry.name).c_str(), embedded.error().message.c_str());
     }
-  });
-  return entries;
+  };
+  _tools.inspector.inspect(files, take);
+  for (; looked < entries.size(); ++looked) entries[looked].stamp = unread(entries[looked].stamp);
 }
 
 }  // namespace pelmora::platform

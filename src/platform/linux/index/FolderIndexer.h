@@ -4,6 +4,7 @@
 #include "platform/Files.h"
 #include "platform/linux/index/IndexTurn.h"
 #include "platform/linux/index/MetadataStore.h"
+#include "platform/linux/index/PatientInspector.h"
 #include "platform/Log.h"
 
 #include <functional>
@@ -17,28 +18,28 @@ namespace pelmora::platform {
 /// subfolders left out, is looked at, and those whose stamp is not the stored one are read.
 /// Thread: one. Ownership: everything it was made with outlives it. Errors: a folder that cannot be
 /// listed has no files; a file that cannot be read has but what the file system knows of it, and a
-/// log line.
+/// log line. While the inspector waits, files have that much too, and are left to be read later.
 class FolderIndexer {
  public:
-  using Take = std::function<void(std::size_t index, Result<metadata::FileMetadata> embedded)>;
-  /// Reads what is embedded in open files, in their order.
-  using Inspect = std::function<void(std::span<const FileDescriptor> files, const Take& take)>;
-
   struct Tools {
     const Files& files;
     Log& log;
     MetadataStore& store;
     IndexTurn& turn;
-    Inspect inspect;
+    PatientInspector& inspector;
     /// Whether the work is to end early; asked between batches.
     std::function<bool()> isOver;
   };
 
   explicit FolderIndexer(Tools tools) : _tools(std::move(tools)) {}
 
-  /// Gives back how many files the folder has. `batchDone` is called whenever the store knows more.
-  std::size_t update(const FilePath& folder, MetadataStore::FolderId id,
-                     const std::function<void()>& batchDone);
+  struct Outcome {
+    std::size_t fileCount = 0;  // of the folder
+    bool hasUnread = false;     // some of them are to be read later, by whichever saver
+  };
+  /// `batchDone` is called whenever the store knows more.
+  Outcome update(const FilePath& folder, MetadataStore::FolderId id,
+                 const std::function<void()>& batchDone);
 
   /// How many files are read at once.
   static constexpr std::size_t kBatch = 64;
@@ -47,11 +48,14 @@ class FolderIndexer {
   struct Folder;
 
   [[nodiscard]] std::vector<std::string> changedFiles(
-      const Folder& folder, std::unordered_map<std::string, IndexStamp> known,
-      std::size_t& fileCount);
-  void readBatch(const Folder& folder, std::span<const std::string> names);
+      const Folder& folder, std::unordered_map<std::string, IndexStamp> known, Outcome& outcome);
+  [[nodiscard]] bool isEnough(const IndexStamp& stored, const IndexStamp& now,
+                              Outcome& outcome) const;
+  void readBatch(const Folder& folder, std::span<const std::string> names, Outcome& outcome);
   [[nodiscard]] std::vector<MetadataStore::Entry> read(const Folder& folder,
                                                        std::span<const std::string> names);
+  void inspect(const Folder& folder, std::span<const FileDescriptor> files,
+               std::vector<MetadataStore::Entry>& entries);
 
   const Tools _tools;
 };

@@ -26,11 +26,12 @@ IndexWork::IndexWork(Tools tools)
       _generation(_store.generation()),
       _watcher(_tools.mostWatches),
       _turn(turnFile(_tools.file), _tools.isOver),
+      _inspector(_tools.inspect, _tools.clock, _tools.log),
       _indexer({.files = _tools.files,
                 .log = _tools.log,
                 .store = _store,
                 .turn = _turn,
-                .inspect = _tools.inspect,
+                .inspector = _inspector,
                 .isOver = _tools.isOver}) {
   _store.forgetUnused(kUnusedDays);
 }
@@ -125,6 +126,7 @@ void IndexWork::enqueue(const FilePath& path, Folder& folder, Place place) {
 bool IndexWork::doNext() {
   beginAnewIfTheStoreDid();
   takeChanges();
+  takeUnread();
   if (_queue.empty()) {
     report(true);
     return false;
@@ -154,6 +156,21 @@ void IndexWork::takeChanges() {
   for (auto& [path, folder] : _folders) enqueue(path, folder, Place::last);
 }
 
+void IndexWork::takeUnread() {
+  if (_inspector.isWaiting()) return;
+  for (const FilePath& path : std::exchange(_unread, {})) {
+    const auto found = _folders.find(path);
+    if (found != _folders.end()) enqueue(path, found->second, Place::last);
+  }
+}
+
+std::optional<double> IndexWork::nextDue() const {
+  const std::optional<double> change = _watcher.nextDue();
+  if (_unread.empty()) return change;
+  const double retry = _inspector.waitsUntil();
+  return change ? std::min(*change, retry) : retry;
+}
+
 void IndexWork::beginAnewIfTheStoreDid() {
   if (_store.generation() == _generation) return;
   _generation = _store.generation();
@@ -169,13 +186,14 @@ void IndexWork::update(const FilePath& path, Folder& folder) {
   _watcher.watch(path, begin);  // before it is listed, so that no change is missed
   tellOfPolling();
   if (folder.id == 0) folder.id = _store.folderId(path);
-  const std::size_t fileCount = _indexer.update(path, folder.id, [&] {
+  const FolderIndexer::Outcome outcome = _indexer.update(path, folder.id, [&] {
     lookAt(path, folder, false);
     report(false);
   });
   if (_tools.isOver()) return;
-  _progress.filesDone += fileCount - folder.fileCount;
-  folder.fileCount = fileCount;
+  _progress.filesDone += outcome.fileCount - folder.fileCount;
+  folder.fileCount = outcome.fileCount;
+  if (outcome.hasUnread) _unread.insert(path);
   if (!std::exchange(folder.isUpToDate, true)) ++_progress.foldersDone;
   tellProgress();
   lookAt(path, folder, true);

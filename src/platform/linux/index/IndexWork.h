@@ -12,6 +12,7 @@
 #include <memory>
 #include <optional>
 #include <unordered_map>
+#include <unordered_set>
 #include <vector>
 
 namespace pelmora::platform {
@@ -26,7 +27,7 @@ class IndexWork {
     Log& log;
     const Clock& clock;
     NotificationCenter& notifications;
-    FolderIndexer::Inspect inspect;
+    PatientInspector::Inspect inspect;
     std::function<bool()> isOver;  // whether the work is to end early; asked between files
     std::function<void(const IndexProgress&)> progress;
     FilePath file;  // where the index is kept, its folder made; empty: in memory
@@ -49,7 +50,7 @@ class IndexWork {
   /// Readable when there is more to do.
   [[nodiscard]] int descriptor() const { return _watcher.descriptor(); }
   /// When there is more to do, if nothing happens before; in seconds of the clock.
-  [[nodiscard]] std::optional<double> nextDue() const { return _watcher.nextDue(); }
+  [[nodiscard]] std::optional<double> nextDue() const;
 
  private:
   struct Folder {
@@ -64,6 +65,7 @@ class IndexWork {
   void leave(const std::vector<FilePath>& folders);
   void enqueue(const FilePath& path, Folder& folder, Place place);
   void takeChanges();
+  void takeUnread();
   void beginAnewIfTheStoreDid();
   void update(const FilePath& path, Folder& folder);
   void lookAt(const FilePath& path, const Folder& folder, bool isUpToDate);
@@ -78,11 +80,13 @@ class IndexWork {
   std::uint64_t _generation;
   FolderWatcher _watcher;
   IndexTurn _turn;
+  PatientInspector _inspector;
   FolderIndexer _indexer;
   std::map<QueryId, LiveQuery> _queries;
   std::unordered_map<FilePath, Folder> _folders;
-  std::deque<FilePath> _queue;     // of folders to update; some may be gone
-  std::vector<FilePath> _leftOut;  // for no query was started that searches them
+  std::deque<FilePath> _queue;           // of folders to update; some may be gone
+  std::vector<FilePath> _leftOut;        // for no query was started that searches them
+  std::unordered_set<FilePath> _unread;  // some files of which wait for an inspector
   IndexProgress _progress;
   double _lastReport = 0;
   bool _hasToldOfPolling = false;

@@ -36,9 +36,9 @@ Error breach(const std::string& what) {
   return Error{"its inspector gave a wrong answer (" + what + ")"};
 }
 
-Error tookTooLong(std::chrono::milliseconds deadline) {
+Error tookTooLong(const char* what, std::chrono::milliseconds deadline) {
   std::array<char, 64> text{};
-  std::snprintf(text.data(), text.size(), "reading it took longer than %g s",
+  std::snprintf(text.data(), text.size(), "%s took longer than %g s", what,
                 static_cast<double>(deadline.count()) / 1000);
   return Error{text.data()};
 }
@@ -127,7 +127,7 @@ InspectorProcess::Answer InspectorProcess::reply() {
   std::array<std::byte, metadata::kMaxReplyBytes + 1> buffer;
   for (;;) {
     const std::optional<Received> received = receiveWithin(_child->socket(), buffer, _deadline);
-    if (!received) return endWith(tookTooLong(_deadline));
+    if (!received) return endWith(tookTooLong(atWork(), _deadline));
     const bool isThere = received->error == 0 && !received->message.bytes.empty();
     if (!isThere) return endWith(endOfItself());
     Result<CheckedReply> reply = check(received->message, _hasGreeted ? _answered + 1 : 0);
@@ -141,6 +141,10 @@ InspectorProcess::Answer InspectorProcess::reply() {
   }
 }
 
+const char* InspectorProcess::atWork() const {
+  return _hasGreeted ? "reading it" : "the start of its inspector";
+}
+
 InspectorProcess::Answer InspectorProcess::endWith(Error error) {
   _child.reset();
   return {_hasGreeted && ahead() > 0, std::move(error)};
@@ -150,7 +154,7 @@ InspectorProcess::Answer InspectorProcess::endWith(Error error) {
 Error InspectorProcess::endOfItself() {
   const std::optional<int> status = _child->end(kPatience);
   if (!status) return Error{"its inspector gave no answer"};
-  if (WIFSIGNALED(*status) && isTimeLimit(*status)) return tookTooLong(_deadline);
+  if (WIFSIGNALED(*status) && isTimeLimit(*status)) return tookTooLong(atWork(), _deadline);
   if (!WIFSIGNALED(*status)) {
     switch (static_cast<InspectorExit>(WEXITSTATUS(*status))) {
       case InspectorExit::notStarted:

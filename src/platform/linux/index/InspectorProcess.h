@@ -46,6 +46,7 @@ class InspectorProcess {
       : _child(std::move(child)), _deadline(deadline) {}
 
   Answer reply();
+  [[nodiscard]] const char* atWork() const;
   Answer endWith(Error error);
   Error endOfItself();
 

@@ -1,5 +1,7 @@
 #include "platform/linux/index/LiveQuery.h"
 
+#include <algorithm>
+#include <iterator>
 #include <utility>
 
 namespace pelmora::platform {
@@ -10,13 +12,11 @@ namespace {
 constexpr std::size_t kWorthReporting = 256;
 constexpr std::size_t kMostItems = 1024;
 
-std::uint64_t hashOf(const FilePath& folder, const std::string& name) {
-  return std::hash<std::string>{}((folder / name).bytes());
-}
-
-plist::Value item(const FilePath& folder, const std::string& name) {
-  return plist::Dictionary{{NSMetadataItemFSNameKey, name},
-                           {NSMetadataItemPathKey, (folder / name).bytes()}};
+plist::Value item(const std::string& name, std::string path) {
+  plist::Dictionary values;
+  values.emplace(NSMetadataItemFSNameKey, name);
+  values.emplace(NSMetadataItemPathKey, std::move(path));
+  return values;
 }
 
 }  // namespace
@@ -86,7 +86,9 @@ void LiveQuery::look(MetadataStore& store, const FilePath& folder, MetadataStore
   const MetadataStore::Revision newest = store.newestRevision();
   const std::vector<std::string> matches = store.matches(*_prepared, id, scope.since);
   for (const std::string& name : matches) {
-    if (_reported.insert(hashOf(folder, name)).second) _items.push_back(item(folder, name));
+    std::string path = (folder / name).bytes();
+    const bool isNew = _reported.insert(std::hash<std::string>{}(path)).second;
+    if (isNew) _items.push_back(item(name, std::move(path)));
   }
   scope.since = newest;
   if (isUpToDate && !scope.isGathered) {
@@ -103,7 +105,9 @@ void LiveQuery::forgetRevisions() {
 void LiveQuery::report(bool all) {
   if (!isStarted() || _state->disabled > 0) return;
   const bool isGathered = _toGather == 0;
-  if (!_items.empty() && (all || isGathered || _items.size() >= kWorthReporting)) postItems();
+  const bool isWorth = all || isGathered || _items.size() >= kWorthReporting;
+  // All of them: nothing might happen that they could wait for.
+  while (isWorth && !_items.empty() && _state->disabled == 0) postItems();
   if (isGathered && _finishedStart != _start && _items.empty()) {
     _finishedStart = _start;
     post(NSMetadataQueryDidFinishGatheringNotification, {});
@@ -115,12 +119,13 @@ void LiveQuery::postItems() {
   const char* const notification = _finishedStart == _start
                                        ? NSMetadataQueryDidUpdateNotification
                                        : NSMetadataQueryGatheringProgressNotification;
-  plist::Array items = std::exchange(_items, {});
-  if (items.size() > kMostItems) {
-    _items.assign(items.begin() + kMostItems, items.end());
-    items.resize(kMostItems);
-  }
-  post(notification, {{NSMetadataQueryUpdateAddedItemsKey, std::move(items)}});
+  const std::size_t count = std::min(_items.size(), kMostItems);
+  const auto end = _items.begin() + static_cast<std::ptrdiff_t>(count);
+  plist::Array items(std::move_iterator(_items.begin()), std::move_iterator(end));
+  _items.erase(_items.begin(), end);
+  plist::Dictionary userInfo;
+  userInfo.emplace(NSMetadataQueryUpdateAddedItemsKey, std::move(items));
+  post(notification, std::move(userInfo));
 }
 
 void LiveQuery::post(const char* notification, plist::Dictionary userInfo) {

@@ -7,6 +7,7 @@
 #include <atomic>
 #include <condition_variable>
 #include <cstdint>
+#include <deque>
 #include <functional>
 #include <memory>
 #include <mutex>
@@ -81,7 +82,7 @@ class LiveQuery {
   std::unordered_map<FilePath, Scope> _scopes;
   std::size_t _toGather = 0;                    // scopes that are not gathered
   std::unordered_set<std::uint64_t> _reported;  // the paths that were found, by their hash
-  plist::Array _items;                          // to be reported
+  std::deque<plist::Value> _items;              // to be reported
   std::uint64_t _start = 0;                     // 0: not started
   std::uint64_t _finishedStart = 0;
 };

@@ -90,7 +90,8 @@ void MetadataIndex::Thread::run() {
                   .mostWatches = _tools.mostWatches});
   while (!_isEnding) {
     takeCommands(work);
-    if (!work.doNext()) waitForMore(work);
+    // The wake of the end may be one of those that have just been taken.
+    if (!work.doNext() && !_isEnding) waitForMore(work);
   }
 }
 

@@ -22,7 +22,7 @@ class MetadataIndex : public MetadataSearch {
     Log& log;
     const Clock& clock;  // one that goes on by itself
     NotificationCenter& notifications;
-    FolderIndexer::Inspect inspect;  // called on the thread of the index
+    PatientInspector::Inspect inspect;  // called on the thread of the index
     /// Where the index is kept, in a folder that is there; empty: in memory. Asked for on the
     /// thread of the index, once.
     std::function<FilePath()> file;

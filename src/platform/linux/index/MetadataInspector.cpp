@@ -36,18 +36,22 @@ class MetadataInspector::Run {
       const std::function<void(std::size_t, Answer)>& take)
       : _state(state), _files(files), _take(take) {}
 
-  void run() {
+  Status run() {
     if (_state.process && _state.process->hasEnded()) _state.process.reset();
     while (_first < _files.size()) {
       if (!_files[_first].isOpen()) {
         answer(Error{"it is not open"});
       } else if (_state.process || start()) {
         askAhead();
+        if (_state.process->ahead() == 0 && isRefused(_error)) {
+          return Error{"its inspector cannot be asked: " + systemErrorText(_error)};
+        }
         takeNext();
       } else if (_starts >= kMaxStarts) {
-        while (_first < _files.size()) answer(_problem);
+        return _problem;
       }
     }
+    return Done{};
   }
 
  private:
@@ -75,9 +79,6 @@ class MetadataInspector::Run {
   }
 
   void takeNext() {
-    if (_state.process->ahead() == 0 && isRefused(_error)) {
-      return answer(Error{"its inspector cannot be asked: " + systemErrorText(_error)});
-    }
     InspectorProcess::Answer next = _state.process->next();
     if (!_state.process->isAlive()) {
       _state.process.reset();
@@ -110,9 +111,10 @@ MetadataInspector::MetadataInspector(Settings settings)
 
 MetadataInspector::~MetadataInspector() = default;
 
-void MetadataInspector::inspect(std::span<const FileDescriptor> files,
-                                const std::function<void(std::size_t index, Answer answer)>& take) {
-  Run(*_state, files, take).run();
+Status MetadataInspector::inspect(
+    std::span<const FileDescriptor> files,
+    const std::function<void(std::size_t index, Answer answer)>& take) {
+  return Run(*_state, files, take).run();
 }
 
 }  // namespace pelmora::platform

@@ -30,9 +30,10 @@ class MetadataInspector {
 
   /// Calls `take` for each file in their order, with what is embedded in it. The descriptors are
   /// open on regular files, at their begin; closed ones fail. Requests are sent ahead of the
-  /// replies, so many files at once are read faster than one by one.
-  void inspect(std::span<const FileDescriptor> files,
-               const std::function<void(std::size_t index, Answer answer)>& take);
+  /// replies, so many files at once are read faster than one by one. An error: no inspector was to
+  /// be had, though no file is to blame; `take` was not called for the rest of the files.
+  [[nodiscard]] Status inspect(std::span<const FileDescriptor> files,
+                               const std::function<void(std::size_t index, Answer answer)>& take);
 
  private:
   struct State;

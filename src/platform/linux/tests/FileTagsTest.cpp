@@ -4,6 +4,8 @@
 
 #include <gmock/gmock.h>
 
+#include <map>
+
 namespace pelmora::platform {
 
 namespace {
@@ -46,6 +48,23 @@ TEST(FileTags, comeFromPropertyListsWithoutTheirColours) {
   EXPECT_THAT(tagsOfPropertyList(encoded(
                   plist::Array{"Red\n6", "Plain", "Meer \xC3\xA9\n0", "\n3", 7, plist::Array{}})),
               ElementsAre("Red", "Plain", "Meer \xC3\xA9"));
+}
+
+TEST(FileTags, areTheDesktopsBeforeThoseFromAMac) {
+  std::map<std::string, std::string> attributes;
+  const auto tags = [&attributes] {
+    return tagsOfAttributes([&attributes](const char* name) {
+      const auto found = attributes.find(name);
+      return found == attributes.end() ? std::nullopt : std::optional(found->second);
+    });
+  };
+  EXPECT_THAT(tags(), IsEmpty());
+  attributes["user.com.apple.metadata:_kMDItemUserTags"] = encoded(plist::Array{"Green\n2"});
+  EXPECT_THAT(tags(), ElementsAre("Green"));
+  attributes["user.xdg.tags"] = " ,";
+  EXPECT_THAT(tags(), ElementsAre("Green"));
+  attributes["user.xdg.tags"] = "Red, Sea";
+  EXPECT_THAT(tags(), ElementsAre("Red", "Sea"));
 }
 
 TEST(FileTags, areNoneInAnythingElse) {

@@ -34,13 +34,17 @@ class LinuxWorkspaceTest : public testing::Test {
   }
 
   LinuxWorkspace workspaceWith(std::string_view labels) {
-    return {temporary.write("labels", labels), log};
+    return {temporary.write("labels", labels), log, nullptr};
   }
 
   TemporaryFolder temporary;
   RecordingLog log;
   FilePath picture = temporary.write("a b\xE9.jpg", "x");
-  LinuxWorkspace workspace{temporary.path() / "nothing", log};
+  std::vector<std::string> embedded;
+  LinuxWorkspace workspace{temporary.path() / "nothing", log, [this](const FilePath& file) {
+                             EXPECT_EQ(file.lastComponent(), picture.lastComponent());
+                             return embedded;
+                           }};
 };
 
 }  // namespace
@@ -93,9 +97,17 @@ TEST_F(LinuxWorkspaceTest, prefersTheTagsOfTheDesktop) {
   EXPECT_THAT(workspace.tagNames(picture), ElementsAre("Green"));
 }
 
+TEST_F(LinuxWorkspaceTest, readsEmbeddedTagsWhereTheFileHasNoOthers) {
+  embedded = {"Lake"};
+  EXPECT_THAT(workspace.tagNames(picture), ElementsAre("Lake"));
+  if (!setAttribute(picture, "user.xdg.tags", " ,")) return;
+  EXPECT_THAT(workspace.tagNames(picture), ElementsAre("Lake"));
+  ASSERT_TRUE(setMacTags(picture, plist::Array{"Green\n2"}));
+  EXPECT_THAT(workspace.tagNames(picture), ElementsAre("Green"));
+}
+
 TEST_F(LinuxWorkspaceTest, hasNoTagsWhereNoneCanBeRead) {
   EXPECT_THAT(workspace.tagNames(picture), IsEmpty());
-  EXPECT_THAT(workspace.tagNames(temporary.path() / "nothing"), IsEmpty());
   if (!setAttribute(picture, "user.com.apple.metadata:_kMDItemUserTags", "damaged")) return;
   EXPECT_THAT(workspace.tagNames(picture), IsEmpty());
 }

@@ -65,6 +65,12 @@ Bytes rating(std::int64_t value) {
   return encodeMetadata(metadata);
 }
 
+Bytes tags() {
+  FileMetadata metadata;
+  metadata.set("kMDItemUserTags", {std::string("Red"), std::string("Sea")});
+  return encodeMetadata(metadata);
+}
+
 void begin(std::string_view name) {
   const InspectReply greeting = replyTo(0, InspectOutcome::read);
   if (name == "dies-at-once") dieOf(SIGSEGV);
@@ -138,6 +144,7 @@ void sendOther(std::string_view told, std::uint32_t serial) {
   InspectReply read = replyTo(serial, InspectOutcome::read);
   if (told == "fail") return send(failed, bytesOf("it is damaged"));
   if (told == "fail with control characters") return send(failed, bytesOf("it\nis \x1b[31mbad"));
+  if (told == "tag") return send(read, tags());
   if (told == "leave") read.isLeaving = 1;
   const int times = told == "flood" ? 9 : told == "answer twice" ? 2 : 1;
   for (int i = 0; i < times; ++i) send(read, rating(std::atoi(std::string(told).c_str())));

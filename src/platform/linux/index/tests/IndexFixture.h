@@ -25,9 +25,12 @@ class IndexFixture : public testing::Test {
   }
 
   /// Reads a few bytes of each file as its title, and counts the files.
-  [[nodiscard]] FolderIndexer::Inspect inspect() {
-    return [this](std::span<const FileDescriptor> files, const FolderIndexer::Take& take) {
+  [[nodiscard]] PatientInspector::Inspect inspect() {
+    return [this](std::span<const FileDescriptor> files,
+                  const PatientInspector::Take& take) -> Status {
+      ++inspectorsAskedFor;
       for (std::size_t i = 0; i < files.size(); ++i) {
+        if (filesRead == filesUntilItIsGone) return Error{"there is no inspector"};
         ++filesRead;
         char text[64];
         const ssize_t size = ::read(files[i].get(), text, sizeof text);
@@ -37,6 +40,7 @@ class IndexFixture : public testing::Test {
         take(i, title == "broken" ? Result<metadata::FileMetadata>(Error{"it is broken"})
                                   : Result<metadata::FileMetadata>(std::move(embedded)));
       }
+      return Done{};
     };
   }
 
@@ -58,6 +62,8 @@ class IndexFixture : public testing::Test {
   TemporaryFolder temporary;
   FakeServices fakes;
   int filesRead = 0;
+  int filesUntilItIsGone = -1;  // negative: it stays
+  int inspectorsAskedFor = 0;
   std::vector<std::string> posts;
   Reported reported;  // how often each path was
 };

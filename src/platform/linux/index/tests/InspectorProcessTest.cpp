@@ -120,7 +120,7 @@ TEST_F(InspectorProcessTest, blamesNoFileForOneThatDoesNotBegin) {
   ASSERT_EQ(process.ask(telling("3").get()), 0);
   const auto answer = process.next();
   EXPECT_FALSE(answer.wasTaken);
-  EXPECT_EQ(answer.metadata.error().message, "reading it took longer than 0.02 s");
+  EXPECT_EQ(answer.metadata.error().message, "the start of its inspector took longer than 0.02 s");
 }
 
 TEST_F(InspectorProcessTest, cannotBeStartedWithoutAProgram) {

@@ -93,6 +93,22 @@ TEST_F(LiveQueryTest, endsTheGatheringOnceAllFoldersAreUpToDate) {
   state->waitUntilFinished();
 }
 
+TEST_F(LiveQueryTest, reportsAllAtOnceHoweverManyThereAre) {
+  metadata::FileMetadata metadata;
+  metadata.set("kMDItemTitle", {predicate::Constant("one")});
+  std::vector<MetadataStore::Entry> entries;
+  for (int i = 0; i < 2500; ++i) entries.push_back({std::to_string(i), {1, 2, 3, 0}, metadata});
+  store.put(store.folderId(folder), folder, entries);
+  query.start(1);
+  look(true);
+  query.report(true);
+  EXPECT_EQ(reported.size(), 2500U);
+  EXPECT_THAT(posts, testing::ElementsAre(NSMetadataQueryGatheringProgressNotification,
+                                          NSMetadataQueryGatheringProgressNotification,
+                                          NSMetadataQueryGatheringProgressNotification,
+                                          NSMetadataQueryDidFinishGatheringNotification));
+}
+
 TEST_F(LiveQueryTest, tellsTheScopesThatItLeaves) {
   EXPECT_THAT(query.setScopes({FilePath("/other")}), testing::ElementsAre(folder));
   EXPECT_FALSE(query.searches(folder));

@@ -62,4 +62,20 @@ TEST_F(MetadataIndexTest, endsWhileAQueryRunsAndWaitsForNobodyWithoutAStart) {
   query->start();
 }
 
+TEST_F(MetadataIndexTest, endsWhateverItIsAtWhenItsQueriesGo) {
+  for (int round = 0; round < 40; ++round) {
+    MetadataIndex shortLived{{.files = fakes.files,
+                              .log = fakes.log,
+                              .clock = clock,
+                              .notifications = fakes.notifications,
+                              .inspect = inspect(),
+                              .file = [] { return FilePath(); }}};
+    const auto query = shortLived.makeQuery();
+    query->setPredicate(parse("TRUEPREDICATE"));
+    query->setSearchScopes(SearchScopes({folder.bytes()}));
+    query->start();
+    query->waitUntilGathered();
+  }
+}
+
 }  // namespace pelmora::platform

@@ -8,13 +8,17 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <filesystem>
 #include <string>
+#include <utility>
+#include <vector>
 
 namespace pelmora::platform {
 
 using metadata::FileMetadata;
 using testing::ElementsAre;
 using testing::HasSubstr;
+using testing::IsEmpty;
 
 namespace {
 
@@ -28,15 +32,27 @@ std::string textOf(const MetadataInspector::Answer& answer) {
   return values.empty() ? "nothing" : std::to_string(*values[0].get<std::int64_t>());
 }
 
+struct Told {
+  std::vector<std::string> answers;
+  std::string problem;  // why the rest was not answered
+};
+
+Told inspectSome(MetadataInspector& inspector, const std::vector<FileDescriptor>& files) {
+  Told told;
+  const Status status = inspector.inspect(files, [&](std::size_t index, const auto& answer) {
+    EXPECT_EQ(index, told.answers.size());
+    told.answers.push_back(textOf(answer));
+  });
+  if (!status) told.problem = status.error().message;
+  return told;
+}
+
 std::vector<std::string> inspect(MetadataInspector& inspector,
                                  const std::vector<FileDescriptor>& files) {
-  std::vector<std::string> answers;
-  inspector.inspect(files, [&answers](std::size_t index, MetadataInspector::Answer answer) {
-    EXPECT_EQ(index, answers.size());
-    answers.push_back(textOf(answer));
-  });
-  EXPECT_EQ(answers.size(), files.size());
-  return answers;
+  Told told = inspectSome(inspector, files);
+  EXPECT_EQ(told.problem, "");
+  EXPECT_EQ(told.answers.size(), files.size());
+  return std::move(told.answers);
 }
 
 class MetadataInspectorTest : public testing::Test {
@@ -124,20 +140,35 @@ TEST_F(MetadataInspectorTest, survivesManyHostileFilesInARow) {
               ElementsAre(kCrash, kCrash, kCrash, kCrash, kCrash, "1"));
 }
 
-TEST_F(MetadataInspectorTest, givesUpWhenNoneBegins) {
+TEST_F(MetadataInspectorTest, blamesNoFileWhenNoneBegins) {
   MetadataInspector inspector = inspectorAs("dies-at-once");
-  EXPECT_THAT(inspect(inspector, telling({"1", "2", "3", "4"})),
-              ElementsAre(kCrash, kCrash, kCrash, kCrash));
+  Told told = inspectSome(inspector, telling({"1", "2", "3", "4"}));
+  EXPECT_THAT(told.answers, IsEmpty());
+  EXPECT_EQ(told.problem, kCrash);
   MetadataInspector slow = inspectorAs("hangs-at-once", kShort);
-  const char* const late = "reading it took longer than 0.05 s";
-  EXPECT_THAT(inspect(slow, telling({"1", "2", "3"})), ElementsAre(late, late, late));
+  told = inspectSome(slow, telling({"1", "2", "3"}));
+  EXPECT_THAT(told.answers, IsEmpty());
+  EXPECT_EQ(told.problem, "the start of its inspector took longer than 0.05 s");
 }
 
-TEST_F(MetadataInspectorTest, givesUpOnAProgramThatIsNotThere) {
-  MetadataInspector inspector({folder.path() / "nothing", kLong});
-  for (const std::string& answer : inspect(inspector, telling({"1", "2"}))) {
-    EXPECT_THAT(answer, HasSubstr("cannot be started"));
-  }
+TEST_F(MetadataInspectorTest, blamesNoFileForAProgramThatIsNotThere) {
+  const FilePath program = folder.path() / "inspector";
+  MetadataInspector inspector({program, kLong});
+  const Told told = inspectSome(inspector, telling({"1", "2"}));
+  EXPECT_THAT(told.answers, IsEmpty());
+  EXPECT_THAT(told.problem, HasSubstr("cannot be started"));
+  folder.link("inspector", PELMORA_FAKE_INSPECTOR);
+  EXPECT_THAT(inspect(inspector, telling({"1", "2"})), ElementsAre("1", "2"));
+}
+
+TEST_F(MetadataInspectorTest, answersWhatItCanBeforeNoneIsToBeHadAnyMore) {
+  const FilePath program = folder.link("inspector", PELMORA_FAKE_INSPECTOR);
+  MetadataInspector inspector({program, kLong});
+  EXPECT_THAT(inspect(inspector, telling({"1"})), ElementsAre("1"));
+  std::filesystem::remove(program.bytes());
+  const Told told = inspectSome(inspector, telling({"2", "die", "3", "4"}));
+  EXPECT_THAT(told.answers, ElementsAre("2", kCrash));
+  EXPECT_THAT(told.problem, HasSubstr("cannot be started"));
 }
 
 TEST_F(MetadataInspectorTest, doesNotSpinWithOneThatDiesAfterGreeting) {
