@@ -136,6 +136,19 @@ LikePattern foldedLikePattern(std::string_view pattern, Folding folding) {
   return result;
 }
 
+std::string foldedLikeText(std::string_view pattern, Folding folding) {
+  std::string text;
+  for (const char32_t piece : foldedLikePattern(pattern, folding)) {
+    if (piece == kAnyCharacters || piece == kAnyCharacter) {
+      text += piece == kAnyCharacters ? '*' : '?';
+      continue;
+    }
+    if (piece == '*' || piece == '?' || piece == '\\') text += '\\';
+    plist::appendUtf8(piece, text);
+  }
+  return text;
+}
+
 std::string regexWithoutDiacritics(std::string_view expression) {
   if (plist::isAscii(expression)) return std::string(expression);
   return RegexFolder(expression).folded();

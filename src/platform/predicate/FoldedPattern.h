@@ -20,6 +20,10 @@ using LikePattern = std::u32string;
 /// Bytes that are no UTF-8 stand for themselves. Thread: any.
 [[nodiscard]] LikePattern foldedLikePattern(std::string_view pattern, Folding folding);
 
+/// A pattern of LIKE that says of folded texts what `pattern` says of those that are to be folded.
+/// Thread: any.
+[[nodiscard]] std::string foldedLikeText(std::string_view pattern, Folding folding);
+
 /// A regular expression of ICU, its plain characters without their diacritics; case is for the
 /// expression's own option. Thread: any.
 [[nodiscard]] std::string regexWithoutDiacritics(std::string_view expression);

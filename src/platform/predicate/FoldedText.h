@@ -9,6 +9,7 @@ namespace pelmora::platform::predicate {
 struct Folding {
   bool ignoresCase = false;
   bool ignoresDiacritics = false;
+  bool operator==(const Folding&) const = default;
 };
 
 /// `utf8` in a form that is the same for all texts that differ only in what doesn't matter. Case:

@@ -2,22 +2,13 @@
 
 #include "platform/predicate/FoldedPattern.h"
 #include "platform/predicate/FoldedText.h"
-
-#include <unicode/regex.h>
-#include <unicode/unistr.h>
+#include "platform/predicate/RegexMatch.h"
 
 #include <string>
 
 namespace pelmora::platform::predicate {
 
 namespace {
-
-/// In ICU's unit, ten thousand steps: some milliseconds at most.
-constexpr int32_t kMostRegexTime = 10;
-constexpr int32_t kMostRegexStack = 1 << 20;  // bytes
-/// An expression grows as it is compiled, so it is held shorter than what it is matched with.
-constexpr std::size_t kLongestRegex = 1000;
-constexpr std::size_t kLongestRegexInput = 1 << 20;
 
 /// Equal to no code point and no piece of a pattern.
 constexpr char32_t kNoPiece = 0xFFFFFFFF;
@@ -50,33 +41,6 @@ bool isLike(std::string_view text, const LikePattern& pattern) {
   return pattern.find_first_not_of(kAnyCharacters, patternAt) == LikePattern::npos;
 }
 
-icu::UnicodeString utf16(std::string_view utf8) {
-  return icu::UnicodeString::fromUTF8(
-      icu::StringPiece(utf8.data(), static_cast<int32_t>(utf8.size())));
-}
-
-bool matchesRegex(std::string_view text, std::string_view expression, bool ignoresCase) {
-  if (expression.size() > kLongestRegex || text.size() > kLongestRegexInput) return false;
-  const icu::UnicodeString input = utf16(text);
-  UErrorCode status = U_ZERO_ERROR;
-  const uint32_t flags = ignoresCase ? uint32_t{UREGEX_CASE_INSENSITIVE} : 0;
-  icu::RegexMatcher matcher(utf16(expression), flags, status);
-  if (U_FAILURE(status)) return false;
-  matcher.setTimeLimit(kMostRegexTime, status);
-  matcher.setStackLimit(kMostRegexStack, status);
-  matcher.reset(input);
-  const bool isWhole = matcher.matches(status);
-  return U_SUCCESS(status) && isWhole;
-}
-
-/// Case is left to the expression: in lower case, \D would become another class.
-bool isMatch(std::string_view text, std::string_view expression, Folding folding) {
-  if (expression.size() > kLongestRegex) return false;
-  if (!folding.ignoresDiacritics) return matchesRegex(text, expression, folding.ignoresCase);
-  return matchesRegex(foldedText(text, {.ignoresDiacritics = true}),
-                      regexWithoutDiacritics(expression), folding.ignoresCase);
-}
-
 }  // namespace
 
 bool textSatisfies(Operator type, std::string_view left, std::string_view right, unsigned options) {
@@ -84,7 +48,7 @@ bool textSatisfies(Operator type, std::string_view left, std::string_view right,
   if (type == Operator::like) {
     return isLike(foldedText(left, folding), foldedLikePattern(right, folding));
   }
-  if (type == Operator::matches) return isMatch(left, right, folding);
+  if (type == Operator::matches) return matchesRegex(left, right, folding);
   const std::string a = foldedText(left, folding);
   const std::string b = foldedText(right, folding);
   switch (type) {

@@ -1,6 +1,7 @@
 #include "platform/linux/index/PredicateSql.h"
 
 #include "platform/linux/index/StoreSchema.h"
+#include "platform/predicate/FoldedPattern.h"
 #include "platform/predicate/PredicateEvaluation.h"
 
 #include <algorithm>
@@ -90,6 +91,12 @@ Constant foldedConstant(const Constant& constant) {
   return folded;
 }
 
+Constant foldedPattern(const Constant& constant) {
+  const auto* text = constant.get<std::string>();
+  if (!text) return constant;
+  return predicate::foldedLikeText(*text, {.ignoresCase = true, .ignoresDiacritics = true});
+}
+
 class ConditionWriter {
  public:
   void write(const Predicate& predicate) {
@@ -170,14 +177,16 @@ class ConditionWriter {
   void writeTextTest(std::size_t attribute, Comparison comparison, const Constant& constant) {
     const unsigned options = comparison.options & predicate::kAllOptions;
     const bool isFolded = options == predicate::kAllOptions;
-    // Patterns are folded in a way of their own.
-    const bool isPattern =
-        comparison.type == Operator::matches || comparison.type == Operator::like;
-    if (isPattern || (options != 0 && !isFolded)) {
+    // Expressions are folded in a way of their own.
+    if (comparison.type == Operator::matches || (options != 0 && !isFolded)) {
       return writeCall(comparison);
     }
     const TextForm form = isFolded ? TextForm::folded : TextForm::raw;
     comparison.options = 0;
+    if (comparison.type == Operator::like) {
+      if (isFolded) comparison.right = foldedPattern(constant);
+      return writeCall(comparison, form);
+    }
     if (isFolded) comparison.right = foldedConstant(constant);
     const auto* text = std::get<Constant>(comparison.right).get<std::string>();
     const bool hasSeveral = attributeTable()[attribute].hasSeveral;

@@ -35,6 +35,17 @@ TEST(FoldedPattern, findsNoWildcardInWhatFoldsIntoOne) {
   EXPECT_EQ(foldedLikePattern("＊？＼*", kBoth), (LikePattern(U"*?\\") + kMany));
 }
 
+TEST(FoldedPattern, saysOfFoldedTextsWhatItSaidBefore) {
+  EXPECT_EQ(foldedLikeText("CAFÉ*ß?", kBoth), "cafe*ss?");
+  EXPECT_EQ(foldedLikeText("\\*＊\\？\\\\a\\", kBoth), "\\*\\*\\\\\\?\\\\a\\\\");
+  for (const char* const pattern :
+       {"", "*", "É\\*＊?", "＼*", "\\＼", "a\\", "\xFF*", "\\?？", "ﷺ*"}) {
+    EXPECT_EQ(foldedLikePattern(foldedLikeText(pattern, kBoth), kNothing),
+              foldedLikePattern(pattern, kBoth))
+        << pattern;
+  }
+}
+
 TEST(FoldedPattern, takesWhatIsNotUtf8ByteByByte) {
   EXPECT_EQ(foldedLikePattern("\xFF*", kNothing), (LikePattern{0xFF, kMany}));
   EXPECT_EQ(foldedLikePattern("\xFF*", kBoth), (LikePattern{0xFFFD, kMany}));

@@ -37,6 +37,15 @@ TEST(PredicateSql, comparesTextsAsTheyAreOrFolded) {
   EXPECT_EQ(sqlOf("kMDItemFSName ENDSWITH[cd] ''"), "(folded IS NOT NULL)");
 }
 
+TEST(PredicateSql, looksForPatternsInFoldedTexts) {
+  EXPECT_EQ(sqlOf("kMDItemCity LIKE 'A*'"), "holds(?5, kMDItemCity)");
+  EXPECT_EQ(sqlOf("kMDItemCity LIKE[c] 'A*'"), "holds(?5, kMDItemCity)");
+  const SqlCondition folded = conditionOf("kMDItemCity LIKE[cd] 'É*＊'");
+  EXPECT_EQ(folded.sql, "holds(?5, kMDItemCity_folded)");
+  ASSERT_EQ(folded.calls.size(), 1U);
+  EXPECT_EQ(predicate::textOf(folded.calls.front()->predicate), "kMDItemCity LIKE \"e*\\\\*\"");
+}
+
 TEST(PredicateSql, findsOneOfSeveralTexts) {
   const SqlCondition condition = conditionOf("ANY kMDItemKeywords ==[cd] 'Été'");
   EXPECT_EQ(condition.sql, "ifnull(instr(kMDItemKeywords_folded, ?5), 0)");
