@@ -13,5 +13,6 @@ void benchHeldFrames();
 void benchAtRest();
 void benchFirstPicture();
 void benchDecode();
+void benchIndex();
 
 }  // namespace pelmora::bench

@@ -1,45 +1,22 @@
 #include "Benches.h"
+#include "OwnProcess.h"
 #include "Report.h"
 #include "Trees.h"
 
 #include "cache/FolderCache.h"
 #include "platform/fake/FakeServices.h"
 
-#include <malloc.h>
 #include <sys/stat.h>
-#include <sys/wait.h>
 #include <unistd.h>
-#include <cstdio>
-#include <cstdlib>
-#include <fstream>
 
 namespace pelmora::bench {
 
 namespace {
 
-/// The most memory that this process ever had resident, in megabytes.
-double peakMegabytes() {
-  std::ifstream status("/proc/self/status");
-  std::string line;
-  while (std::getline(status, line)) {
-    if (line.starts_with("VmHWM:")) return std::strtod(line.c_str() + 6, nullptr) / 1e3;
-  }
-  return 0;
-}
-
-/// Forgets the peak so far, and what the heap keeps of memory that was given back.
-void forgetPeak() {
-  malloc_trim(0);
-  std::ofstream("/proc/self/clear_refs") << '5';
-}
-
-/// A cache of a million names, in a child process of its own, so that nothing else counts: writes
-/// it, or reads it, and gives the peak beyond where it began.
+/// A cache of a million names, in a child process, so that nothing else counts: writes it, or reads
+/// it, and gives the peak beyond where it began.
 double peakOf(const FilePath& caches, bool writes, bool different) {
-  int channel[2];
-  if (pipe(channel) != 0) return 0;
-  const pid_t child = fork();
-  if (child == 0) {
+  return inChild([&] {
     platform::FakeServices fakes;
     fakes.userFolders.cachesFolders = {caches};
     const platform::Services services = fakes.services();
@@ -56,16 +33,8 @@ double peakOf(const FilePath& caches, bool writes, bool different) {
     const double before = peakMegabytes();
     if (writes) cache.saveForAppName("Pelmora");
     if (!writes && !cache.loadForAppName("Pelmora")) _exit(1);
-    const double peak = peakMegabytes() - before;
-    if (write(channel[1], &peak, sizeof peak) != sizeof peak) _exit(1);
-    _exit(0);
-  }
-  double peak = 0;
-  const bool told = read(channel[0], &peak, sizeof peak) == sizeof peak;
-  waitpid(child, nullptr, 0);
-  close(channel[0]);
-  close(channel[1]);
-  return told ? peak : 0;
+    return peakMegabytes() - before;
+  });
 }
 
 /// The memory of a cache whose names are the same in every folder, or all different.

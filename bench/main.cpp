@@ -21,6 +21,7 @@ constexpr Bench kBenches[] = {
     {"rest", pelmora::bench::benchAtRest},
     {"first-picture", pelmora::bench::benchFirstPicture},
     {"decode", pelmora::bench::benchDecode},
+    {"index", pelmora::bench::benchIndex},
 };
 
 }  // namespace
