@@ -4,6 +4,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <fstream>
 #include <map>
 #include <regex>
@@ -36,10 +37,14 @@ std::map<std::string, std::string> rowsByAttribute() {
 
 std::vector<std::string> examples() {
   std::vector<std::string> examples;
-  bool isInExample = false;
-  for (const std::string& line : linesOfDocument()) {
-    if (line == "```") {
-      isInExample = !isInExample;
+  bool isInBlock = false;
+  bool isInExample = false;  // in a block of filters, and not of commands
+  for (const std::string& indented : linesOfDocument()) {
+    const std::size_t begin = std::min(indented.find_first_not_of(' '), indented.size());
+    const std::string line = indented.substr(begin);
+    if (line.starts_with("```")) {
+      isInBlock = !isInBlock;
+      isInExample = isInBlock && line == "```";
     } else if (isInExample) {
       examples.push_back(line);
     }
