@@ -3,7 +3,7 @@
 
 #include <memory>
 
-namespace pelmora::cards {
+namespace pelmora {
 
 namespace {
 
@@ -15,7 +15,7 @@ class GuiEnvironment : public testing::Environment {
 
  private:
   int _count = 1;
-  char _name[12] = "cards_tests";
+  char _name[6] = "tests";
   char* _arguments[2] = {_name, nullptr};
   std::unique_ptr<QGuiApplication> _application;
 };
@@ -25,4 +25,4 @@ class GuiEnvironment : public testing::Environment {
 
 }  // namespace
 
-}  // namespace pelmora::cards
+}  // namespace pelmora

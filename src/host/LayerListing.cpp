@@ -21,19 +21,37 @@ QJsonValue toJson(const render::AnimatableValue& value) {
   return std::get<double>(value);
 }
 
+QJsonArray toJson(const std::vector<double>& numbers) {
+  QJsonArray listed;
+  for (const double number : numbers) listed.append(number);
+  return listed;
+}
+
+QJsonArray toJson(const std::vector<render::AnimatableValue>& values) {
+  QJsonArray listed;
+  for (const render::AnimatableValue& value : values) listed.append(toJson(value));
+  return listed;
+}
+
 QString text(const std::string& utf8) { return QString::fromStdString(utf8); }
+
+QJsonObject course(const render::AnimationSnapshot& animation) {
+  if (animation.keyframes) {
+    return {{"values", toJson(animation.keyframes->values)},
+            {"keyTimes", toJson(animation.keyframes->keyTimes)}};
+  }
+  return {{"from", toJson(animation.fromValue)},
+          {"to", toJson(animation.toValue)},
+          {"timingFunction", animation.timingFunction.description()}};
+}
 
 QJsonObject runningAnimations(const render::LayerSnapshot& layer, double start, double time) {
   QJsonObject animations;
   for (const render::AnimationSnapshot& animation : layer.animations) {
     if (animation.isOverAt(time)) continue;
-    QJsonObject fields{
-        {"keyPath", render::description(animation.keyPath)},
-        {"from", toJson(animation.fromValue)},
-        {"to", toJson(animation.toValue)},
-        {"duration", animation.duration},
-        {"timingFunction", animation.timingFunction.description()},
-    };
+    QJsonObject fields = course(animation);
+    fields["keyPath"] = render::description(animation.keyPath);
+    fields["duration"] = animation.duration;
     if (animation.begin->isKnown()) fields["beginTime"] = animation.begin->time() - start;
     animations[text(animation.key)] = fields;
   }
@@ -68,6 +86,7 @@ QJsonArray listLayers(const std::vector<render::LayerSnapshot>& layers, double s
         {"sublayers", listLayers(layer.sublayers, start, time)},
     };
     if (!layer.url.empty()) fields["url"] = text(layer.url);
+    if (layer.role == "text") fields["string"] = text(layer.string);
     listed.append(fields);
   }
   return listed;

@@ -5,6 +5,7 @@
 
 #include <memory>
 #include <variant>
+#include <vector>
 
 namespace pelmora::render {
 
@@ -32,10 +33,34 @@ class AnimationDelegate {
 struct BasicAnimation {
   KeyPath keyPath = KeyPath::position;
   double duration = 0.25;  // seconds
-  MediaTimingFunction timingFunction;
+  MediaTimingFunction timingFunction = {};
   AnimatableValue fromValue;
   AnimatableValue toValue;
-  std::shared_ptr<AnimationDelegate> delegate;
+  std::shared_ptr<AnimationDelegate> delegate = nullptr;
 };
+
+/// Values that an attribute has at certain times, and goes between evenly.
+struct Keyframes {
+  std::vector<double> keyTimes;  // ascending, in fractions of the duration
+  std::vector<AnimatableValue> values;
+
+  /// Whether there are as many values as times, at least one, all of a type, and the times ascend
+  /// within 0 and 1.
+  [[nodiscard]] bool areWellFormed() const;
+};
+
+/// Leads one attribute through several values, once, as a `BasicAnimation` does through two. Before
+/// the first key time it has the first value, after the last the last. Keyframes that are not well
+/// formed move nothing: the layer's own value shows.
+struct KeyframeAnimation {
+  KeyPath keyPath = KeyPath::position;
+  double duration = 0.25;  // seconds
+  std::vector<double> keyTimes;
+  std::vector<AnimatableValue> values;
+};
+
+using Animation = std::variant<BasicAnimation, KeyframeAnimation>;
+
+[[nodiscard]] double durationOf(const Animation& animation);
 
 }  // namespace pelmora::render

@@ -2,6 +2,7 @@
 
 #include "render/DrawList.h"
 #include "render/Shadow.h"
+#include "render/TextSetting.h"
 
 #include <QPainter>
 #include <QPainterPath>
@@ -17,8 +18,9 @@ namespace {
 // A turned picture's edge is smoothed across the pixel beyond it; one more keeps the margin's own
 // edge out of sight when the picture is shown smaller than it was baked.
 constexpr int kMargin = 2;
-// What graphics hardware and painters take; beyond, the picture is coarser instead.
+// What graphics hardware and painters take, and what memory should.
 constexpr double kLargestSide = 16000;
+constexpr double kMostPixels = 1 << 26;
 
 bool hasSizeNear(const QImage& image, double width, double height) {
   return std::abs(image.width() - width) <= 1 && std::abs(image.height() - height) <= 1;
@@ -30,8 +32,11 @@ QSize sizeInPixels(const PictureSource& source) {
   if (!(width > 0) || !(height > 0)) return {};
   // Artwork drawn for these pixels is taken as it is: nothing is sharper than not resampling.
   if (hasSizeNear(source.contents, width, height)) return source.contents.size();
-  return {static_cast<int>(std::lround(std::clamp(width, 1.0, kLargestSide))),
-          static_cast<int>(std::lround(std::clamp(height, 1.0, kLargestSide)))};
+  const double across = std::clamp(width, 1.0, kLargestSide);
+  const double down = std::clamp(height, 1.0, kLargestSide);
+  const double shrunk = std::min(1.0, std::sqrt(kMostPixels / (across * down)));
+  return {static_cast<int>(std::lround(across * shrunk)),
+          static_cast<int>(std::lround(down * shrunk))};
 }
 
 bool isOpaque(const QImage& art) {
@@ -44,6 +49,15 @@ bool isOpaque(const QImage& art) {
   return true;
 }
 
+bool hasText(const PictureSource& source) {
+  return source.text && !source.text->string.plainText().empty();
+}
+
+/// Whether there is anything to paint besides the contents.
+bool hasDrawing(const PictureSource& source) {
+  return !source.fills.empty() || source.backgroundColor || hasText(source);
+}
+
 void paintFills(QPainter& painter, const PictureSource& source, const QSize& size) {
   const Rect& bounds = source.bounds;
   const double across = size.width() / bounds.size.width;
@@ -52,6 +66,7 @@ void paintFills(QPainter& painter, const PictureSource& source, const QSize& siz
   shape.addRoundedRect(QRectF(QPointF(), QSizeF(size)), source.cornerRadius * across,
                        source.cornerRadius * down);
   painter.setRenderHint(QPainter::Antialiasing);
+  if (source.backgroundColor) painter.fillPath(shape, toQColor(*source.backgroundColor));
   for (const LayerContext::Fill& fill : source.fills) {
     QPainterPath filled;
     filled.addRect((fill.rect.minX() - bounds.minX()) * across,
@@ -61,19 +76,36 @@ void paintFills(QPainter& painter, const PictureSource& source, const QSize& siz
   }
 }
 
-QImage artOf(const PictureSource& source, const QSize& size) {
-  if (source.fills.empty() && source.contents.size() == size) {
+void paintText(QPainter& painter, const PictureSource& source, const QSize& size) {
+  const Size& bounds = source.bounds.size;
+  painter.scale(size.width() / bounds.width, size.height() / bounds.height);
+  painter.setRenderHints(QPainter::Antialiasing | QPainter::TextAntialiasing);
+  TextSetting(*source.text, bounds.width).draw(painter);
+}
+
+/// All but the shadow, with as much more on every side as text may reach.
+QImage artOf(const PictureSource& source, const QSize& size, int overhang) {
+  if (!hasDrawing(source) && source.contents.size() == size) {
     return source.contents.convertToFormat(QImage::Format_ARGB32_Premultiplied);
   }
-  QImage art(size, QImage::Format_ARGB32_Premultiplied);
+  QImage art(size + 2 * QSize(overhang, overhang), QImage::Format_ARGB32_Premultiplied);
   art.fill(Qt::transparent);
   QPainter painter(&art);
+  painter.translate(overhang, overhang);
   paintFills(painter, source, size);
-  if (source.contents.isNull()) return art;
-  // Scaled ahead: the painter's own scaling leaves out pixels when it makes a picture smaller.
-  painter.drawImage(0, 0,
-                    source.contents.scaled(size, Qt::IgnoreAspectRatio, Qt::SmoothTransformation));
+  if (!source.contents.isNull()) {
+    // Scaled ahead: the painter's own scaling leaves out pixels when it makes a picture smaller.
+    painter.drawImage(
+        0, 0, source.contents.scaled(size, Qt::IgnoreAspectRatio, Qt::SmoothTransformation));
+  }
+  if (hasText(source)) paintText(painter, source, size);
   return art;
+}
+
+int overhangIn(const PictureSource& source, const QSize& size) {
+  if (!hasText(source)) return 0;
+  const double across = size.width() / source.bounds.size.width;
+  return static_cast<int>(std::ceil(overhangOf(source.text->string) * across));
 }
 
 void copyOpaque(QImage& image, const QImage& art, const QPoint& place) {
@@ -87,19 +119,21 @@ void copyOpaque(QImage& image, const QImage& art, const QPoint& place) {
 
 std::shared_ptr<const BakedPicture> bake(const PictureSource& source) {
   const QSize size = sizeInPixels(source);
-  if (size.isEmpty() || (source.contents.isNull() && source.fills.empty())) return nullptr;
+  if (size.isEmpty() || (source.contents.isNull() && !hasDrawing(source))) return nullptr;
 
-  const QImage art = artOf(source, size);
+  const int overhang = overhangIn(source, size);
+  const QImage art = artOf(source, size, overhang);
   const Shadow shadow{.offset = {source.shadowOffset.width * source.scale,
                                  -source.shadowOffset.height * source.scale},
                       .deviation = source.shadowRadius * source.scale,
                       .opacity = std::clamp(source.shadowOpacity, 0.0, 1.0)};
   const int reach = shadow.reach();
   const QPointF shift = shadow.isVisible() ? shadow.offset : QPointF();
-  const auto marginFor = [reach](double towards) {
-    return std::max(kMargin, static_cast<int>(std::ceil(reach + towards)));
+  const auto marginFor = [&](double towards) {
+    return overhang + std::max(kMargin, static_cast<int>(std::ceil(reach + towards)));
   };
   const QPoint place(marginFor(-shift.x()), marginFor(-shift.y()));
+  const QPoint artPlace = place - QPoint(overhang, overhang);
   QImage image(size.width() + place.x() + marginFor(shift.x()),
                size.height() + place.y() + marginFor(shift.y()),
                QImage::Format_ARGB32_Premultiplied);
@@ -111,12 +145,12 @@ std::shared_ptr<const BakedPicture> bake(const PictureSource& source) {
   } else if (opaque) {
     drawShadowOfRectangle(image, QRectF(place, size), shadow);
   } else {
-    drawShadowOfPicture(image, art, place, shadow);
+    drawShadowOfPicture(image, art, artPlace, shadow);
   }
   if (opaque) {
     copyOpaque(image, art, place);
   } else {
-    QPainter(&image).drawImage(place, art);
+    QPainter(&image).drawImage(artPlace, art);
   }
   return std::make_shared<const BakedPicture>(BakedPicture{image, QRectF(place, size), opaque});
 }

@@ -11,6 +11,7 @@
 
 namespace pelmora::render {
 
+struct LayerSnapshot;
 struct Snapshot;
 
 /// One picture to draw, where, and how much of it. Units: device pixels, y downward.
@@ -32,12 +33,17 @@ struct FillItem {
 };
 
 /// A snapshot at a moment, resolved into what is drawn, from back to front: the same for every way
-/// of presenting. Layers that are wholly transparent are left out. A layer's opacity acts on each
-/// of its sublayers by itself.
+/// of presenting. Layers that are wholly transparent are left out. Where sublayers are drawn by
+/// themselves, their superlayer's opacity acts on each of them. What lies still and upright is put
+/// onto whole pixels.
 [[nodiscard]] std::vector<DrawItem> drawListOf(const Snapshot& snapshot, double time);
+/// One layer and its sublayers as they are without animations, from the upper left corner of its
+/// bounds, which are `size` in pixels.
+[[nodiscard]] std::vector<DrawItem> drawListOf(const LayerSnapshot& layer, const QSizeF& size);
+[[nodiscard]] bool lookAlike(const std::vector<DrawItem>& a, const std::vector<DrawItem>& b);
 /// All pictures in the same order, also those that are transparent just now.
 [[nodiscard]] std::vector<std::shared_ptr<const BakedPicture>> picturesOf(const Snapshot& snapshot);
-/// The root's own fills, over black.
+/// The root's own colour and fills, over black.
 [[nodiscard]] std::vector<FillItem> backgroundOf(const Snapshot& snapshot);
 
 [[nodiscard]] QColor toQColor(const Color& color);

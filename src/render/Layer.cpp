@@ -7,18 +7,6 @@
 
 namespace pelmora::render {
 
-namespace {
-
-/// Sets `field`; whether that changed it.
-template <typename T>
-bool assign(T& field, T value) {
-  if (field == value) return false;
-  field = std::move(value);
-  return true;
-}
-
-}  // namespace
-
 Layer::Layer() : _state(std::make_unique<State>()) {}
 
 Layer::~Layer() {
@@ -92,6 +80,12 @@ void Layer::setContents(QImage contents) {
   pictureChanged();
 }
 
+const std::optional<Color>& Layer::backgroundColor() const { return _state->backgroundColor; }
+
+void Layer::setBackgroundColor(std::optional<Color> color) {
+  if (assign(_state->backgroundColor, color)) pictureChanged();
+}
+
 double Layer::cornerRadius() const { return _state->cornerRadius; }
 
 void Layer::setCornerRadius(double radius) {
@@ -156,6 +150,14 @@ void Layer::removeFromSuperlayer() {
 }
 
 void Layer::addAnimation(BasicAnimation animation, const std::string& key) {
+  start(std::move(animation), key);
+}
+
+void Layer::addAnimation(KeyframeAnimation animation, const std::string& key) {
+  start(std::move(animation), key);
+}
+
+void Layer::start(Animation animation, const std::string& key) {
   removeAnimation(key);
   auto running = std::make_shared<RunningAnimation>();
   running->key = key;
@@ -183,9 +185,11 @@ std::vector<std::string> Layer::animationKeys() const {
 void Layer::stop(const std::shared_ptr<RunningAnimation>& running, bool finished) {
   if (std::erase(_state->animations, running) == 0) return;
   changed();
+  auto* animation = std::get_if<BasicAnimation>(&running->animation);
+  if (animation == nullptr) return;
   // Telling the delegate, and letting go of it, may end this layer: nothing of it is used after.
-  const std::shared_ptr<AnimationDelegate> delegate = std::move(running->animation.delegate);
-  if (delegate) delegate->animationDidStop(running->animation, finished);
+  const std::shared_ptr<AnimationDelegate> delegate = std::move(animation->delegate);
+  if (delegate) delegate->animationDidStop(*animation, finished);
 }
 
 void Layer::changed() {

@@ -6,6 +6,7 @@
 #include <QImage>
 
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -41,13 +42,15 @@ struct RunningAnimation;
 
 /// A rectangle of picture with a place, a turn, an opacity and a shadow; the model half of the
 /// layer engine. Every attribute here is the model value, which holds when no animation is running;
-/// attributes that are animated are shown as the animations say meanwhile.
+/// attributes that are animated are shown as the animations say meanwhile. What the layer shows is,
+/// from below, its shadow, its background colour, its delegate's drawing, its contents, its text,
+/// and its sublayers.
 /// Thread: the module's main thread. Ownership: a layer owns its sublayers, and is held by whoever
 /// made it. Units: points, radians; origin lower left, y upward.
 class Layer : public std::enable_shared_from_this<Layer> {
  public:
   Layer();
-  ~Layer();
+  virtual ~Layer();
   Layer(const Layer&) = delete;
   Layer& operator=(const Layer&) = delete;
 
@@ -68,6 +71,7 @@ class Layer : public std::enable_shared_from_this<Layer> {
   void setPosition(const Point& position);
   [[nodiscard]] double zPosition() const;
   void setZPosition(double zPosition);
+  /// Of the layer and its sublayers together; of each by itself while a sublayer is animated.
   [[nodiscard]] double opacity() const;
   void setOpacity(double opacity);
   /// Counterclockwise, radians ("transform.rotation.z").
@@ -80,6 +84,10 @@ class Layer : public std::enable_shared_from_this<Layer> {
   /// (device pixels); it is never changed after it was set.
   [[nodiscard]] const QImage& contents() const;
   void setContents(QImage contents);
+  /// Fills the bounds; none at first.
+  [[nodiscard]] const std::optional<Color>& backgroundColor() const;
+  void setBackgroundColor(std::optional<Color> color);
+  /// Of the background and the delegate's drawing.
   [[nodiscard]] double cornerRadius() const;
   void setCornerRadius(double radius);
 
@@ -107,13 +115,16 @@ class Layer : public std::enable_shared_from_this<Layer> {
   /// Starts an animation; one that runs under the same key is removed first. Outside of a tree it
   /// never begins, and is held until it is removed or the layer goes.
   void addAnimation(BasicAnimation animation, const std::string& key);
+  void addAnimation(KeyframeAnimation animation, const std::string& key);
   void removeAnimation(const std::string& key);
   [[nodiscard]] std::vector<std::string> animationKeys() const;  // in the order they were added
 
  private:
   friend class LayerTree;
+  friend class TextLayer;
   struct State;
 
+  void start(Animation animation, const std::string& key);
   void changed();
   void pictureChanged();
   [[nodiscard]] LayerObserver* observer() const;

@@ -1,18 +1,31 @@
 #pragma once
 
 #include "render/AnimationBegin.h"
+#include "render/AttributedString.h"
 #include "render/BakedPicture.h"
+#include "render/FlattenedPicture.h"
 #include "render/Layer.h"
+
+#include <optional>
+#include <utility>
 
 namespace pelmora::render {
 
 /// An animation as its layer holds it. Thread: main, but for the begin.
 struct RunningAnimation {
   std::string key;
-  BasicAnimation animation;
+  Animation animation;
   std::shared_ptr<AnimationBegin> begin = std::make_shared<AnimationBegin>();
   std::weak_ptr<Layer> layer;
 };
+
+/// Sets `field`; whether that changed it.
+template <typename T>
+bool assign(T& field, T value) {
+  if (field == value) return false;
+  field = std::move(value);
+  return true;
+}
 
 /// Hears of changes in the layers under a root. Thread: main.
 class LayerObserver {
@@ -35,7 +48,9 @@ struct Layer::State {
   double rotation = 0;
   double scale = 1;
 
+  std::optional<Color> backgroundColor;
   QImage contents;
+  std::optional<TextBlock> text;  // of a text layer alone
   std::vector<LayerContext::Fill> fills;
   double cornerRadius = 0;
   Size shadowOffset{0, -3};
@@ -44,6 +59,7 @@ struct Layer::State {
   std::shared_ptr<const BakedPicture> picture;
   double pictureScale = 0;  // device pixels in a point of it
   bool pictureIsStale = true;
+  FlattenedPicture flattened;  // with its sublayers
 
   bool needsDisplay = false;
   bool needsDisplayOnBoundsChange = false;

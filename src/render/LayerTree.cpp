@@ -49,7 +49,25 @@ struct LayerTree::State : LayerObserver, std::enable_shared_from_this<State> {
 namespace {
 
 double endOf(const RunningAnimation& running) {
-  return running.begin->time() + std::max(0.0, running.animation.duration);
+  return running.begin->time() + std::max(0.0, durationOf(running.animation));
+}
+
+AnimationSnapshot snapshotOfAnimation(const RunningAnimation& running) {
+  AnimationSnapshot shown;
+  shown.key = running.key;
+  shown.duration = durationOf(running.animation);
+  shown.begin = running.begin;
+  if (const auto* basic = std::get_if<BasicAnimation>(&running.animation)) {
+    shown.keyPath = basic->keyPath;
+    shown.timingFunction = basic->timingFunction;
+    shown.fromValue = basic->fromValue;
+    shown.toValue = basic->toValue;
+  } else {
+    const auto& keyframe = std::get<KeyframeAnimation>(running.animation);
+    shown.keyPath = keyframe.keyPath;
+    shown.keyframes = Keyframes{keyframe.keyTimes, keyframe.values};
+  }
+  return shown;
 }
 
 }  // namespace
@@ -98,7 +116,9 @@ void LayerTree::State::prepare(Layer::State& layer, double pictureScale) const {
   layer.picture = bake({.contents = layer.contents,
                         .fills = layer.fills,
                         .bounds = layer.bounds,
+                        .backgroundColor = layer.backgroundColor,
                         .cornerRadius = layer.cornerRadius,
+                        .text = layer.text,
                         .shadowOffset = layer.shadowOffset,
                         .shadowRadius = layer.shadowRadius,
                         .shadowOpacity = layer.shadowOpacity,
@@ -124,22 +144,22 @@ LayerSnapshot LayerTree::State::snapshotOf(Layer& layer, double outerScale) {
                       .shadowRadius = state.shadowRadius,
                       .shadowOpacity = state.shadowOpacity,
                       .cornerRadius = state.cornerRadius,
+                      .backgroundColor = state.backgroundColor,
                       .fills = state.fills,
                       .contents = state.contents,
+                      .string = state.text ? state.text->string.plainText() : std::string(),
                       .picture = state.picture,
                       .animations = {},
                       .sublayers = {}};
   for (const auto& each : state.animations) {
-    const BasicAnimation& animation = each->animation;
-    shown.animations.push_back({each->key, animation.keyPath, animation.duration,
-                                animation.timingFunction, animation.fromValue, animation.toValue,
-                                each->begin});
+    shown.animations.push_back(snapshotOfAnimation(*each));
   }
   for (const auto& sublayer : state.sublayers) {
     shown.sublayers.push_back(snapshotOf(*sublayer, ownScale));
   }
   std::stable_sort(shown.sublayers.begin(), shown.sublayers.end(),
                    [](const auto& a, const auto& b) { return a.zPosition < b.zPosition; });
+  if (&layer != root.get()) state.flattened.replacePictures(shown, ownScale);
   return shown;
 }
 

@@ -12,14 +12,27 @@ Point between(const Point& from, const Point& to, double way) {
   return {between(from.x, to.x, way), between(from.y, to.y, way)};
 }
 
+template <typename T>
+std::optional<T> valueAt(const Keyframes& keyframes, double fraction) {
+  const auto& [times, values] = keyframes;
+  if (!keyframes.areWellFormed() || !std::holds_alternative<T>(values.front())) return std::nullopt;
+  const auto after = std::upper_bound(times.begin(), times.end(), fraction);
+  const auto next = static_cast<std::size_t>(after - times.begin());
+  if (next == 0) return std::get<T>(values.front());
+  if (next == times.size()) return std::get<T>(values.back());
+  const double way = (fraction - times[next - 1]) / (times[next] - times[next - 1]);
+  return between(std::get<T>(values[next - 1]), std::get<T>(values[next]), way);
+}
+
 /// The value that an animation of a T shows; nullopt for one of another type.
 template <typename T>
 std::optional<T> valueAt(const AnimationSnapshot& animation, double time) {
+  const bool hasBegun = animation.begin->isKnown();
+  const double fraction = hasBegun ? (time - animation.begin->time()) / animation.duration : 0;
+  if (animation.keyframes) return valueAt<T>(*animation.keyframes, fraction);
   const T* from = std::get_if<T>(&animation.fromValue);
   const T* to = std::get_if<T>(&animation.toValue);
   if (from == nullptr || to == nullptr) return std::nullopt;
-  if (!animation.begin->isKnown()) return *from;
-  const double fraction = (time - animation.begin->time()) / animation.duration;
   return between(*from, *to, animation.timingFunction.valueAt(fraction));
 }
 

@@ -8,6 +8,7 @@
 #include <QImage>
 
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -21,6 +22,7 @@ struct AnimationSnapshot {
   MediaTimingFunction timingFunction;
   AnimatableValue fromValue;
   AnimatableValue toValue;
+  std::optional<Keyframes> keyframes;  // of a keyframe animation, in place of curve and two values
   std::shared_ptr<AnimationBegin> begin;
 
   /// Whether it has run its time, so that the layer's own value shows.
@@ -43,9 +45,12 @@ struct LayerSnapshot {
   double shadowRadius = 0;
   double shadowOpacity = 0;
   double cornerRadius = 0;
+  std::optional<Color> backgroundColor;
   std::vector<LayerContext::Fill> fills;
   QImage contents;
-  std::shared_ptr<const BakedPicture> picture;  // null for the root, and where nothing shows
+  std::string string;  // a text layer's, without its looks
+  /// Null for the root, where nothing shows, and where a superlayer's picture shows the layer too.
+  std::shared_ptr<const BakedPicture> picture;
   std::vector<AnimationSnapshot> animations;
   std::vector<LayerSnapshot> sublayers;
 };
@@ -59,8 +64,8 @@ struct Pose {
   bool operator==(const Pose&) const = default;
 };
 
-/// Everything that a tree shows, immutable but for the begins of its animations. The root's fills
-/// are the background. Thread: shared by any. Units: points, media time.
+/// Everything that a tree shows, immutable but for the begins of its animations. The root's colour
+/// and fills are the background. Thread: shared by any. Units: points, media time.
 struct Snapshot {
   LayerSnapshot root;
   double scale = 1;  // device pixels in a point

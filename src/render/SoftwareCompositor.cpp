@@ -20,11 +20,6 @@ bool contains(const Items& items, const DrawItem& item) {
                      [&item](const DrawItem& each) { return each.looksLike(item); });
 }
 
-bool lookAlike(const Items& a, const Items& b) {
-  return std::equal(a.begin(), a.end(), b.begin(), b.end(),
-                    [](const DrawItem& x, const DrawItem& y) { return x.looksLike(y); });
-}
-
 /// Those of `items` that are also among `others`.
 Items common(const Items& items, const Items& others) {
   Items kept;

@@ -38,6 +38,24 @@ class LayerListingTest : public testing::Test {
     return layer;
   }
 
+  [[nodiscard]] static render::LayerSnapshot label() {
+    render::LayerSnapshot layer;
+    layer.role = "track";
+    render::AnimationSnapshot fade;
+    fade.key = "Fade";
+    fade.keyPath = render::KeyPath::opacity;
+    fade.duration = 10;
+    fade.keyframes = render::Keyframes{{0, 0.2, 0.8, 1}, {0.0, 0.8, 0.8, 0.0}};
+    fade.begin = std::make_shared<render::AnimationBegin>();
+    fade.begin->fix(12.0);
+    layer.animations.push_back(fade);
+    render::LayerSnapshot text;
+    text.role = "text";
+    text.string = "Title\nArtist";
+    layer.sublayers.push_back(text);
+    return layer;
+  }
+
   platform::FakeServices fakes;
   const platform::Services services = fakes.services();
   view::PelmoraView view{services, {{0, 0}, {1920, 1080}}, false};
@@ -60,6 +78,31 @@ TEST_F(LayerListingTest, tellsALayersModelAnimationsAndPresentation) {
   EXPECT_EQ(turn["duration"], 1.15);
   EXPECT_EQ(turn["beginTime"], 2.0);  // since the start
   EXPECT_EQ(layer["presentation"].toObject()["rotation"], 0.5);
+}
+
+TEST_F(LayerListingTest, tellsTheValuesOfKeyframes) {
+  render::Snapshot snapshot;
+  snapshot.root.sublayers.push_back(label());
+  const QJsonObject listing = layerListing(view, snapshot, 10.0, 13.0);
+  const QJsonObject layer = listing["layers"].toArray()[0].toObject();
+  EXPECT_EQ(layer["animations"].toObject()["Fade"].toObject(),
+            (QJsonObject{{"keyPath", "opacity"},
+                         {"values", QJsonArray{0, 0.8, 0.8, 0}},
+                         {"keyTimes", QJsonArray{0, 0.2, 0.8, 1}},
+                         {"duration", 10.0},
+                         {"beginTime", 2.0}}));
+  EXPECT_NEAR(layer["presentation"].toObject()["opacity"].toDouble(), 0.4, 1e-12);
+}
+
+TEST_F(LayerListingTest, tellsTheStringOfTextsAlone) {
+  render::Snapshot snapshot;
+  snapshot.root.sublayers.push_back(label());
+  const QJsonObject listing = layerListing(view, snapshot, 10.0, 13.0);
+  const QJsonObject layer = listing["layers"].toArray()[0].toObject();
+  EXPECT_FALSE(layer.contains("string"));
+  const QJsonObject text = layer["sublayers"].toArray()[0].toObject();
+  EXPECT_EQ(text["role"], "text");
+  EXPECT_EQ(text["string"], "Title\nArtist");
 }
 
 TEST_F(LayerListingTest, leavesOutAnimationsThatAreOver) {

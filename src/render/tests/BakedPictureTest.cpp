@@ -117,6 +117,48 @@ TEST(BakedPicture, paintsFillsUnderTheContentsWithRoundedCorners) {
   EXPECT_FALSE(baked->isOpaque);
 }
 
+TEST(BakedPicture, fillsItsBoundsUnderAllElseWithRoundedSmoothCorners) {
+  PictureSource source{.contents = {},
+                       .fills = {{{{0, 0}, {40, 10}}, {0, 0, 1, 1}}},
+                       .bounds = {{0, 0}, {40, 20}},
+                       .backgroundColor = Color{1, 0.5, 0, 0.5},
+                       .cornerRadius = 6,
+                       .shadowOffset = {},
+                       .scale = 2};
+  const auto baked = bake(source);
+  const QRect place = baked->bounds.toRect();
+  EXPECT_EQ(place.size(), QSize(80, 40));
+  EXPECT_EQ(qAlpha(baked->image.pixel(place.topLeft())), 0);
+  EXPECT_NEAR(qAlpha(baked->image.pixel(place.center().x(), place.top() + 5)), 128, 1);
+  EXPECT_EQ(qBlue(baked->image.pixel(place.center().x(), place.bottom() - 5)), 255);
+  const int corner = qAlpha(baked->image.pixel(place.left() + 3, place.top() + 3));
+  EXPECT_GT(corner, 8);
+  EXPECT_LT(corner, 120);
+  source.fills.clear();
+  source.contents = plainPicture(80, 40, 0xFF00FF00);
+  EXPECT_EQ(bake(source)->image.pixel(place.center()), 0xFF00FF00U);
+}
+
+TEST(BakedPicture, showsABackgroundAlone) {
+  const auto baked = bake({.contents = {},
+                           .fills = {},
+                           .bounds = {{0, 0}, {8, 8}},
+                           .backgroundColor = Color{0, 0, 0, 1},
+                           .shadowOffset = {}});
+  ASSERT_TRUE(baked);
+  EXPECT_TRUE(baked->isOpaque);
+}
+
+TEST(BakedPicture, isCoarserRatherThanLargerThanAPictureMayBe) {
+  const auto baked = bake({.contents = {},
+                           .fills = {},
+                           .bounds = {{0, 0}, {1e9, 40}},
+                           .backgroundColor = Color{0, 0, 0, 1},
+                           .shadowOffset = {}});
+  ASSERT_TRUE(baked);
+  EXPECT_EQ(baked->bounds.size(), QSizeF(16000, 40));
+}
+
 TEST(BakedPicture, placesFillsWithYUpward) {
   PictureSource source{.contents = {},
                        .fills = {{{{10, 10}, {20, 4}}, {0, 0, 1, 1}}},

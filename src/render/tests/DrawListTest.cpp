@@ -18,6 +18,10 @@ struct DrawListTest : testing::Test {
     stage.tree.commit();
     return drawListOf(stage.latest(), time);
   }
+  /// So that it is drawn by itself.
+  static void keepMoving(Layer& layer) {
+    layer.addAnimation({KeyPath::scale, 1, {}, 1.0, 1.0, nullptr}, "moving");
+  }
   /// Where a corner of the layer's bounds is on the display.
   static QPointF corner(const DrawItem& item, Qt::Corner which) {
     const QRectF& bounds = item.picture->bounds;
@@ -51,10 +55,35 @@ TEST_F(DrawListTest, turnsYOver) {
 
 TEST_F(DrawListTest, worksInDevicePixels) {
   stage.tree.setScale(1.5);
-  addPicture({50, 30});
+  addPicture({50, 31});
   const auto items = list();
-  expectNear(corner(items[0], Qt::TopLeftCorner), {60, 97.5});
-  expectNear(corner(items[0], Qt::BottomRightCorner), {90, 112.5});
+  expectNear(corner(items[0], Qt::TopLeftCorner), {60, 96});
+  expectNear(corner(items[0], Qt::BottomRightCorner), {90, 111});
+}
+
+TEST_F(DrawListTest, putsWhatLiesStillOntoWholePixels) {
+  const auto layer = addPicture({50.3, 30.4});
+  expectNear(corner(list()[0], Qt::TopLeftCorner), {40, 65});
+  layer->addAnimation(fade(1), "fade");
+  layer->setOpacity(0.5);
+  stage.showFrame();
+  expectNear(corner(list(0.5)[0], Qt::TopLeftCorner), {40, 65});
+  layer->setBounds({{0, 0}, {20.4, 10.4}});
+  EXPECT_EQ(list(0.5)[0].toTarget.type(), QTransform::TxTranslate);
+}
+
+TEST_F(DrawListTest, leavesWhatGlidesOrIsTiltedWhereItIs) {
+  const auto layer = addPicture({50.3, 30.4});
+  layer->addAnimation({.keyPath = KeyPath::position,
+                       .duration = 1,
+                       .fromValue = Point{50.3, 30.4},
+                       .toValue = Point{51.3, 30.4}},
+                      "glide");
+  stage.showFrame();
+  expectNear(corner(list(0.5)[0], Qt::TopLeftCorner), {40.8, 64.6});
+  expectNear(corner(list(1)[0], Qt::TopLeftCorner), {40, 65});
+  layer->setRotation(kPi / 2);
+  expectNear(corner(list(1)[0], Qt::TopLeftCorner), {45.3, 79.6});
 }
 
 TEST_F(DrawListTest, turnsCounterclockwise) {
@@ -82,12 +111,13 @@ TEST_F(DrawListTest, placesSublayersInTheirSuperlayersBounds) {
   inner->setAnchorPoint({0, 0});
   inner->setContents(plainPicture(20, 10));
   outer->addSublayer(inner);
+  keepMoving(*inner);
   const auto items = list();
   ASSERT_EQ(items.size(), 1U);
   expectNear(corner(items[0], Qt::BottomLeftCorner), {18, 78});
 }
 
-TEST_F(DrawListTest, multipliesOpacitiesDownTheTree) {
+TEST_F(DrawListTest, multipliesOpacitiesDownToWhatIsDrawnByItself) {
   const auto outer = addPicture({50, 50});
   const auto inner = std::make_shared<Layer>();
   inner->setBounds({{0, 0}, {5, 5}});
@@ -95,6 +125,7 @@ TEST_F(DrawListTest, multipliesOpacitiesDownTheTree) {
   outer->addSublayer(inner);
   outer->setOpacity(0.5);
   inner->setOpacity(0.5);
+  keepMoving(*inner);
   const auto items = list();
   ASSERT_EQ(items.size(), 2U);
   EXPECT_EQ(items[0].opacity, 0.5);
@@ -109,16 +140,30 @@ TEST_F(DrawListTest, leavesOutWhatIsWhollyTransparent) {
 TEST_F(DrawListTest, tellsWhatMovesAndWhatRests) {
   addPicture({50, 50});
   const auto moving = addPicture({70, 50});
-  moving->addAnimation({KeyPath::scale, 1, {}, 2.0, 1.0, nullptr}, "a");
-  const auto under = std::make_shared<Layer>();
-  under->setBounds({{0, 0}, {5, 5}});
-  under->setContents(plainPicture(5, 5));
-  moving->addSublayer(under);
+  keepMoving(*moving);
   const auto items = list();
-  ASSERT_EQ(items.size(), 3U);
+  ASSERT_EQ(items.size(), 2U);
   EXPECT_FALSE(items[0].moves);
   EXPECT_TRUE(items[1].moves);
+}
+
+TEST_F(DrawListTest, takesSublayersAsMovingWithTheirSuperlayer) {
+  const auto outer = addPicture({50, 50});
+  const auto resting = std::make_shared<Layer>();
+  const auto moving = std::make_shared<Layer>();
+  for (const auto& layer : {resting, moving}) {
+    layer->setBounds({{0, 0}, {5, 5}});
+    layer->setContents(plainPicture(5, 5));
+    outer->addSublayer(layer);
+  }
+  keepMoving(*moving);
+  auto items = list();
+  ASSERT_EQ(items.size(), 3U);
+  EXPECT_FALSE(items[1].moves);
   EXPECT_TRUE(items[2].moves);
+  keepMoving(*outer);
+  items = list();
+  EXPECT_TRUE(items[1].moves);
 }
 
 TEST_F(DrawListTest, drawsNewerCardsAboveOlderOnes) {
@@ -150,6 +195,45 @@ TEST_F(DrawListTest, takesTheRootsFillsAsBackground) {
   EXPECT_EQ(background[0].rect, QRectF(0, 0, 400, 200));
   EXPECT_EQ(background[1].rect, QRectF(0, 160, 20, 40));
   EXPECT_EQ(background[1].color, QColor(Qt::red));
+}
+
+TEST_F(DrawListTest, beginsTheBackgroundWithTheRootsColour) {
+  stage.root->setBackgroundColor(Color{0, 0, 1, 1});
+  stage.tree.commit();
+  const auto background = backgroundOf(stage.latest());
+  ASSERT_EQ(background.size(), 1U);
+  EXPECT_EQ(background[0].rect, QRectF(0, 0, 200, 100));
+  EXPECT_EQ(background[0].color, QColor(Qt::blue));
+}
+
+TEST_F(DrawListTest, listsALayerByItselfFromTheUpperLeftOfItsBounds) {
+  const auto outer = addPicture({50, 50});
+  outer->setRotation(1);
+  outer->setOpacity(0);
+  const auto inner = std::make_shared<Layer>();
+  inner->setBounds({{0, 0}, {4, 4}});
+  inner->setAnchorPoint({0, 0});
+  inner->setPosition({2, 3});
+  inner->setContents(plainPicture(4, 4));
+  outer->addSublayer(inner);
+  keepMoving(*inner);
+  stage.tree.commit();
+  const auto items = drawListOf(stage.latest().root.sublayers[0], QSizeF(40, 20));
+  ASSERT_EQ(items.size(), 2U);
+  expectNear(corner(items[0], Qt::TopLeftCorner), {0, 0});
+  expectNear(corner(items[0], Qt::BottomRightCorner), {40, 20});
+  expectNear(corner(items[1], Qt::BottomLeftCorner), {4, 14});
+  expectNear(corner(items[1], Qt::TopRightCorner), {12, 6});
+  EXPECT_EQ(items[1].opacity, 1);
+}
+
+TEST_F(DrawListTest, comparesListsByWhatIsSeen) {
+  addPicture({50, 50});
+  const auto one = list();
+  addPicture({70, 50});
+  const auto two = list();
+  EXPECT_TRUE(lookAlike(one, one));
+  EXPECT_FALSE(lookAlike(one, two));
 }
 
 TEST_F(DrawListTest, comparesByWhatIsSeen) {

@@ -19,6 +19,7 @@ TEST(Layer, startsWithTheDefaultsOfALayer) {
   EXPECT_EQ(layer.zPosition(), 0);
   EXPECT_EQ(layer.shadowOpacity(), 0);
   EXPECT_EQ(layer.cornerRadius(), 0);
+  EXPECT_EQ(layer.backgroundColor(), std::nullopt);
   EXPECT_FALSE(layer.needsDisplayOnBoundsChange());
   EXPECT_TRUE(layer.contents().isNull());
 }
@@ -91,6 +92,17 @@ TEST(Layer, replacesTheAnimationUnderTheSameKey) {
   EXPECT_THAT(layer->animationKeys(), ElementsAre("a"));
   EXPECT_THAT(delegate->stops, ElementsAre("opacity removed"));
   EXPECT_EQ(delegate.use_count(), 1);
+}
+
+TEST(Layer, replacesAnAnimationByOneOfAnotherKind) {
+  const auto layer = std::make_shared<Layer>();
+  const auto delegate = std::make_shared<RecordingDelegate>();
+  layer->addAnimation(fade(1, delegate), "a");
+  layer->addAnimation(fadeInAndOut(), "a");
+  EXPECT_THAT(layer->animationKeys(), ElementsAre("a"));
+  EXPECT_THAT(delegate->stops, ElementsAre("opacity removed"));
+  layer->addAnimation(fade(1), "a");
+  EXPECT_THAT(layer->animationKeys(), ElementsAre("a"));
 }
 
 TEST(Layer, tellsTheDelegateOfARemovedAnimationThatItDidNotFinish) {

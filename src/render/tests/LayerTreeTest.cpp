@@ -59,6 +59,10 @@ TEST(LayerTree, submitsAgainAfterEveryKindOfChange) {
                                            },
                                            [&] { layer->setContents(plainPicture(5, 5)); },
                                            [&] { layer->setCornerRadius(2); },
+                                           [&] {
+                                             layer->setBackgroundColor(Color{1, 1, 0, 1});
+                                           },
+                                           [&] { layer->setBackgroundColor(std::nullopt); },
                                            [&] { layer->setShadowOpacity(1); },
                                            [&] { layer->setShadowRadius(7); },
                                            [&] {
@@ -67,6 +71,7 @@ TEST(LayerTree, submitsAgainAfterEveryKindOfChange) {
                                            [&] { layer->setRole("card"); },
                                            [&] { layer->setUrl("/a"); },
                                            [&] { layer->addAnimation(fade(1), "a"); },
+                                           [&] { layer->addAnimation(fadeInAndOut(), "b"); },
                                            [&] { layer->removeAnimation("a"); },
                                            [&] { stage.tree.setScale(2); },
                                            [&] { layer->removeFromSuperlayer(); }};
@@ -221,6 +226,21 @@ TEST(LayerTree, endsAnimationsOneByOneInOrderOfTheirEnds) {
     left.push_back(layer->animationKeys().size());
   }
   EXPECT_THAT(left, ElementsAre(4, 3, 2, 1, 0));
+}
+
+TEST(LayerTree, endsAKeyframeAnimationWhenItsTimeHasRun) {
+  Stage stage;
+  const auto layer = stage.addLayer(kBounds, {1, 1});
+  layer->setOpacity(0);
+  layer->addAnimation(fadeInAndOut(), "a");
+  stage.showFrame();
+  EXPECT_TRUE(stage.latest().root.sublayers[0].animations[0].keyframes);
+  stage.scheduler.advanceTo(9.999);
+  EXPECT_THAT(layer->animationKeys(), ElementsAre("a"));
+  stage.scheduler.advanceTo(10);
+  EXPECT_THAT(layer->animationKeys(), IsEmpty());
+  EXPECT_THAT(stage.latest().root.sublayers[0].animations, IsEmpty());
+  EXPECT_FALSE(stage.latest().movesAt(10));
 }
 
 TEST(LayerTree, beginsAtOnceWithAPresenterThatShowsNothing) {

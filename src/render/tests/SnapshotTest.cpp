@@ -103,5 +103,88 @@ TEST(Snapshot, takesAnAnimationWithoutDurationAsOver) {
   EXPECT_FALSE(stage.latest().movesAt(0));
 }
 
+struct KeyframesTest : testing::Test {
+  void start(KeyframeAnimation animation) {
+    layer->addAnimation(std::move(animation), "a");
+    stage.tree.commit();
+  }
+  [[nodiscard]] Pose poseAt(double time) const {
+    return presentationOf(stage.latest().root.sublayers[0], time);
+  }
+  [[nodiscard]] double opacityAt(double time) const { return poseAt(time).opacity; }
+
+  Stage stage;
+  std::shared_ptr<Layer> layer = stage.addLayer({{0, 0}, {10, 10}}, {50, 50});
+};
+
+TEST_F(KeyframesTest, leadEvenlyFromEachValueToTheNext) {
+  layer->setOpacity(0.3);
+  start(fadeInAndOut());
+  stage.latest().beginAnimations(100);
+  const std::pair<double, double> expected[] = {{0, 0},   {1, 0.4}, {2, 0.8},
+                                                {5, 0.8}, {8, 0.8}, {9, 0.4}};
+  for (const auto& [seconds, opacity] : expected) {
+    EXPECT_NEAR(opacityAt(100 + seconds), opacity, 1e-12) << seconds;
+  }
+  EXPECT_EQ(opacityAt(105), 0.8);
+  EXPECT_NEAR(opacityAt(110 - 1e-6), 0, 1e-6);
+  EXPECT_EQ(opacityAt(110), 0.3);  // the layer's own
+}
+
+TEST_F(KeyframesTest, showTheFirstValueUntilTheyBegin) {
+  start(fadeInAndOut());
+  EXPECT_EQ(opacityAt(1000), 0);
+  stage.latest().beginAnimations(1000);
+  EXPECT_EQ(opacityAt(999), 0);
+}
+
+TEST_F(KeyframesTest, holdTheOuterValuesOutsideOfTheirTimes) {
+  start({.keyPath = KeyPath::position,
+         .duration = 10,
+         .keyTimes = {0.25, 0.75},
+         .values = {Point{0, 10}, Point{40, 30}}});
+  EXPECT_EQ(poseAt(0).position, (Point{0, 10}));
+  stage.latest().beginAnimations(0);
+  EXPECT_EQ(poseAt(1).position, (Point{0, 10}));
+  EXPECT_EQ(poseAt(5).position, (Point{20, 20}));
+  EXPECT_EQ(poseAt(7.5).position, (Point{40, 30}));
+  EXPECT_EQ(poseAt(9).position, (Point{40, 30}));
+}
+
+TEST_F(KeyframesTest, jumpBetweenValuesOfTheSameTime) {
+  start({.keyPath = KeyPath::scale,
+         .duration = 10,
+         .keyTimes = {0, 0.5, 0.5, 1},
+         .values = {1.0, 2.0, 5.0, 5.0}});
+  stage.latest().beginAnimations(0);
+  EXPECT_NEAR(poseAt(4.999999).scale, 2, 1e-5);
+  EXPECT_EQ(poseAt(5).scale, 5);
+}
+
+TEST_F(KeyframesTest, moveNothingWhenTheyAreNotWellFormedOrDoNotFit) {
+  layer->setOpacity(0.3);
+  KeyframeAnimation few = fadeInAndOut();
+  few.keyTimes.pop_back();
+  KeyframeAnimation mixed = fadeInAndOut();
+  mixed.values[1] = Point{1, 1};
+  KeyframeAnimation unfit = fadeInAndOut();
+  unfit.keyPath = KeyPath::position;
+  for (const KeyframeAnimation& odd :
+       {KeyframeAnimation{KeyPath::opacity, 10, {}, {}},
+        KeyframeAnimation{KeyPath::opacity, 10, {}, {0.0, 1.0}}, few, mixed, unfit}) {
+    start(odd);
+    stage.latest().beginAnimations(0);
+    EXPECT_EQ(poseAt(5), (Pose{{50, 50}, 1, 0.3, 0}));
+  }
+}
+
+TEST_F(KeyframesTest, restWhenTheyAreOver) {
+  start(fadeInAndOut());
+  EXPECT_TRUE(stage.latest().movesAt(0));
+  stage.latest().beginAnimations(0);
+  EXPECT_TRUE(stage.latest().movesAt(9.999));
+  EXPECT_FALSE(stage.latest().movesAt(10));
+}
+
 }  // namespace
 }  // namespace pelmora::render

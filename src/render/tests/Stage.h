@@ -75,6 +75,14 @@ inline BasicAnimation fade(double duration, std::shared_ptr<AnimationDelegate> d
           .delegate = std::move(delegate)};
 }
 
+/// In to 0.8, and out again, in ten seconds.
+inline KeyframeAnimation fadeInAndOut() {
+  return {.keyPath = KeyPath::opacity,
+          .duration = 10,
+          .keyTimes = {0, 0.2, 0.8, 1},
+          .values = {0.0, 0.8, 0.8, 0.0}};
+}
+
 /// A picture of one colour.
 inline QImage plainPicture(int width, int height, QRgb color = 0xFFFFFFFF) {
   QImage image(width, height, QImage::Format_ARGB32_Premultiplied);
