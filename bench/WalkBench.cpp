@@ -59,6 +59,8 @@ class WalkServices {
       .sound = _fakes.sound,
       .notifications = _fakes.notifications,
       .distributedNotifications = _fakes.distributedNotifications,
+      .runningApplications = _fakes.runningApplications,
+      .scripts = _fakes.scripts,
       .enumerationConcurrency = std::max(1U, std::thread::hardware_concurrency()),
   };
 };

@@ -22,6 +22,7 @@ from dataclasses import dataclass, field
 import pngfile
 from folder_walk import REFERENCE_EPOCH, CacheEntry, FolderCache, Walk, resolve_sources
 from keyedarchive import KeyedArchive
+from predict_label import Label
 from saver_random import TWO_TO_64, Random
 from timing_curves import between, progress
 
@@ -63,13 +64,16 @@ class Preferences:
     use_polaroid: int = 1
     num_images: int = 5
     delay: float = 4.0
+    show_track: int = 0
+    track_type: int = 1
 
     @classmethod
     def read(cls, path):
         with open(path, "rb") as file:
             stored = plistlib.load(file)
         return cls(stored["Sources"], stored.get("UsePolaroid", 1), stored.get("NumImages", 5),
-                   float(stored.get("Delay", 4.0)))
+                   float(stored.get("Delay", 4.0)), stored.get("ShowiTunesTrack", 0),
+                   stored.get("iTunesTrackType", 1))
 
 
 class SourceList:
@@ -193,13 +197,24 @@ class View:
     cards: list = field(default_factory=list)
     layers: list = field(default_factory=list)
     last_change: float = -math.inf
+    label: object = None
 
     def animate(self, now, saver):
-        if now - self.last_change <= saver.preferences.delay:
-            return
+        if now - self.last_change > saver.preferences.delay:
+            self._change(now, saver)
+        if self.label:
+            self.label.fly(now)
+
+    def _change(self, now, saver):
         self.last_change = now
-        if not self._add_card(now, saver) and not self.cards:
+        is_added = self._add_card(now, saver)
+        if not is_added and not self.cards:
             self.last_change = -math.inf
+        wanted = saver.preferences.show_track == 1 and self.screen < 2
+        if is_added and wanted and not self.label:
+            self.label = Label((self.width, self.height), self.is_preview,
+                               saver.preferences.track_type, saver.random)
+            self.label.fill(saver.track, now, saver.random)
 
     def _add_card(self, now, saver):
         picked = saver.source_list.pick(self.screen)
@@ -242,7 +257,8 @@ class View:
                 "frame": [0, 0, self.width, self.height], "numImages": preferences.num_images,
                 "delay": preferences.delay,
                 "layers": [self._describe_card(card, at) for card in self.layers
-                           if card.is_shown(at)]}
+                           if card.is_shown(at)]
+                          + ([self.label.describe(at)] if self.label else [])}
 
     def _describe_card(self, card, at):
         return {
@@ -260,8 +276,9 @@ class View:
 class Saver:
     """A run of the saver from its start to the moment `at`."""
 
-    def __init__(self, preferences, start, displays, preview=None, cache=None, at=2.0):
+    def __init__(self, preferences, start, displays, preview=None, cache=None, at=2.0, track=None):
         self.preferences = preferences
+        self.track = track
         self.cache = cache or FolderCache()
         self.at = at
         self.random = Random()

@@ -99,7 +99,7 @@ class Cards(judge.JudgedCase):
         # Friday noon, and 72 hours on: one night of the three has an hour more, or less.
         for start in ("2026-10-23T12:00:00", "2026-03-27T12:00:00"):
             with self.subTest(start=start):
-                saver = self.judge(at=72 * 3600, start=start, arguments=("--fps", "1"))
+                saver = self.judge(at=72 * 3600, start=start)
                 self.assert_shown_on_their_days(saver, start, folders)
 
     def assert_shown_on_their_days(self, saver, start, folders):

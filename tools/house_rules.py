@@ -9,6 +9,7 @@ import sys
 BELOW = {
     "shared": [],
     "platform": ["shared"],
+    "desktop": ["platform", "shared"],
     "render": ["platform", "shared"],
     "cache": ["platform", "shared"],
     "sandbox": ["platform", "shared"],
@@ -16,9 +17,10 @@ BELOW = {
     "inspector": ["sandbox", "platform", "shared"],
     "sources": ["cache", "platform", "shared"],
     "cards": ["render", "platform", "shared"],
-    "view": ["sources", "cards", "render", "cache", "platform", "shared"],
+    "nowplaying": ["render", "platform", "shared"],
+    "view": ["sources", "cards", "nowplaying", "render", "cache", "platform", "shared"],
 }
-BELOW["host"] = ["view"] + BELOW["view"]
+BELOW["host"] = ["view", "desktop"] + BELOW["view"]
 
 WITHOUT_QT = ("src/shared/", "src/platform/", "src/cache/", "src/sources/")
 MAY_USE_QT = ("src/platform/linux/",)

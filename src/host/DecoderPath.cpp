@@ -16,11 +16,6 @@ bool isFile(const FilePath& path) {
   return std::filesystem::is_regular_file(path.bytes(), error);
 }
 
-FilePath thisProgram() {
-  std::error_code error;
-  return FilePath(std::filesystem::read_symlink("/proc/self/exe", error).string());
-}
-
 FilePath pathOf(std::string_view name, const FilePath& program) {
   const FilePath folder = program.parent();
   if (const FilePath beside = folder / name; isFile(beside)) return beside;
@@ -29,10 +24,15 @@ FilePath pathOf(std::string_view name, const FilePath& program) {
 
 }  // namespace
 
-FilePath decoderPath() { return decoderPathFor(thisProgram()); }
+FilePath runningProgram() {
+  std::error_code error;
+  return FilePath(std::filesystem::read_symlink("/proc/self/exe", error).string());
+}
+
+FilePath decoderPath() { return decoderPathFor(runningProgram()); }
 
 FilePath decoderPathFor(const FilePath& program) { return pathOf(kDecoder, program); }
 
-FilePath inspectorPath() { return pathOf(kInspector, thisProgram()); }
+FilePath inspectorPath() { return pathOf(kInspector, runningProgram()); }
 
 }  // namespace pelmora::host

@@ -4,6 +4,9 @@
 
 namespace pelmora::host {
 
+/// The file of this process's program.
+[[nodiscard]] FilePath runningProgram();
+
 /// The program that decodes pictures: beside the running program, as it is built, else where it is
 /// installed, in ../libexec/pelmora from there. A path that may not exist: whoever starts it says
 /// so.

@@ -1,7 +1,11 @@
 #include "host/LinuxServices.h"
 
+#include "desktop/DistributedNotificationCenter.h"
+#include "desktop/PlayerBridge.h"
+#include "desktop/SessionBus.h"
 #include "host/DecoderPath.h"
 #include "host/IndexFile.h"
+#include "host/ResourceFolder.h"
 #include "host/SampleFolders.h"
 #include "host/UserPaths.h"
 #include "platform/linux/FilePreferencesStore.h"
@@ -15,8 +19,11 @@
 #include "platform/linux/PosixFiles.h"
 #include "platform/linux/SystemClock.h"
 #include "platform/linux/SystemLog.h"
+#include "platform/linux/XdgBaseFolders.h"
 #include "platform/linux/XdgUserFolders.h"
 #include "platform/NotificationCenter.h"
+#include "platform/players/PlayerApplications.h"
+#include "platform/players/PlayerScripts.h"
 
 #include <algorithm>
 #include <cassert>
@@ -24,6 +31,32 @@
 #include <thread>
 
 namespace pelmora::host {
+
+namespace {
+
+/// What the module's rules are to take this system for.
+constexpr platform::SystemVersion kSystemVersion{};
+
+std::unique_ptr<desktop::SessionBus> connectToSession(platform::Log& log) {
+  const platform::Environment environment = platform::processEnvironment();
+  return std::make_unique<desktop::SessionBus>(
+      desktop::sessionBusAddress(environment("DBUS_SESSION_BUS_ADDRESS").value_or(""),
+                                 environment("XDG_RUNTIME_DIR").value_or("")),
+      log);
+}
+
+/// A player that plays one track, as long as it lasts.
+class OneTrack : public platform::players::TrackSource {
+ public:
+  explicit OneTrack(std::optional<platform::players::Track> track) : _track(std::move(track)) {}
+  [[nodiscard]] bool isPlayerThere() const override { return _track.has_value(); }
+  [[nodiscard]] std::optional<platform::players::Track> currentTrack() override { return _track; }
+
+ private:
+  const std::optional<platform::players::Track> _track;
+};
+
+}  // namespace
 
 struct LinuxServices::Parts {
   explicit Parts(const ServiceChoices& choices)
@@ -37,6 +70,12 @@ struct LinuxServices::Parts {
                   [this](const FilePath& file) { return embeddedTags.read(file); }),
         sound(log),
         samples(userFolders, samplesPath(), log),
+        bus(choices.sessionBus ? connectToSession(log) : std::make_unique<desktop::SessionBus>()),
+        distributedNotifications(*bus, *choices.scheduler),
+        players(*bus, clock, distributedNotifications.inbox()),
+        oneTrack(choices.track),
+        runningApplications(tracksOf(choices), kSystemVersion),
+        scripts(tracksOf(choices), kSystemVersion),
         metadata({.files = files,
                   .log = log,
                   .clock = clock,
@@ -63,10 +102,19 @@ struct LinuxServices::Parts {
             .sound = sound,
             .notifications = notifications,
             .distributedNotifications = distributedNotifications,
+            .runningApplications = runningApplications,
+            .scripts = scripts,
+            .resourceFolder = resourceFolder(),
+            .systemVersion = kSystemVersion,
             .enumerationConcurrency = choices.enumerationConcurrency > 0
                                           ? choices.enumerationConcurrency
                                           : std::max(1U, std::thread::hardware_concurrency()),
         } {}
+
+  platform::players::TrackSource& tracksOf(const ServiceChoices& choices) {
+    if (choices.track) return oneTrack;
+    return players;
+  }
 
   platform::SystemClock clock;
   platform::SystemLog log;
@@ -80,7 +128,12 @@ struct LinuxServices::Parts {
   platform::LogSound sound;
   SampleFolders samples;
   platform::NotificationCenter notifications;
-  platform::NotificationCenter distributedNotifications;
+  const std::unique_ptr<desktop::SessionBus> bus;
+  desktop::DistributedNotificationCenter distributedNotifications;
+  desktop::PlayerBridge players;
+  OneTrack oneTrack;
+  platform::players::PlayerApplications runningApplications;
+  platform::players::PlayerScripts scripts;
   platform::MetadataInspector inspector{{.program = inspectorPath()}};
   platform::MetadataIndex metadata;
   const platform::Services services;

@@ -1,8 +1,10 @@
 #pragma once
 
+#include "platform/players/PlayerState.h"
 #include "platform/Services.h"
 
 #include <memory>
+#include <optional>
 
 namespace pelmora::host {
 
@@ -12,7 +14,10 @@ struct ServiceChoices {
   platform::Scheduler* scheduler = nullptr;  // required by everything that runs views
   platform::Displays* displays = nullptr;    // required by everything that runs views
   bool verbose = false;
-  bool samplesWhenNoPictures = false;      // show painted samples to a user who has no pictures
+  bool samplesWhenNoPictures = false;  // show painted samples to a user who has no pictures
+  bool sessionBus = false;             // see the session's music players and notifications
+  /// What seems to play, instead of what the session's players do.
+  std::optional<platform::players::Track> track{};
   std::size_t enumerationConcurrency = 0;  // 0: the number of processors
 };
 

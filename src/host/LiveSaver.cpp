@@ -68,7 +68,8 @@ void LiveSaver::followSize(std::size_t index) {
 int LiveSaver::exec() {
   const EndingSignals endingSignals([] { QGuiApplication::quit(); });
   _module = std::make_unique<ModuleThread>(
-      _clock, _displays, ServiceChoices{.verbose = _verbose, .samplesWhenNoPictures = true},
+      _clock, _displays,
+      ServiceChoices{.verbose = _verbose, .samplesWhenNoPictures = true, .sessionBus = true},
       _places);
   for (std::size_t i = 0; i < _windows.size(); ++i) followSize(i);
   const int status = QGuiApplication::exec();

@@ -27,6 +27,10 @@ constexpr Option kOptions[] = {
     {"to", "SECONDS", "where a film ends (default: --at)"},
     {"no-settle", nullptr, "do not wait for the folders to be walked: no two runs are alike then"},
     {"samples", nullptr, "show painted sample pictures to a user who has none"},
+    {"track", "TITLE",
+     "what seems to play, for who has its label shown; also --artist and --album"},
+    {"artist", "NAME", "who plays it"},
+    {"album", "TITLE", "where it is from"},
     {"verbose", nullptr, "write the log to standard error too"},
     {"help", nullptr, "show this help"},
 };
@@ -65,7 +69,7 @@ Status readNumbers(const Arguments& arguments, RenderRequest& request) {
   }
   if (auto status = readNumber(arguments, "to", 0, kLongestRun, request.to); !status) return status;
   if (request.to < request.from) return Error{"--to is before --from"};
-  if ((request.to - request.from) * request.fps >= kMostFrames) {
+  if (!request.frames.empty() && (request.to - request.from) * request.fps >= kMostFrames) {
     return Error{"the film has more than a million frames"};
   }
   return Done{};
@@ -97,6 +101,16 @@ Status readDisplays(const Arguments& arguments, bool isPreview, RenderRequest& r
     request.displays.push_back({number, "Display " + std::to_string(number), frame, request.scale});
   }
   return Done{};
+}
+
+Status readTrack(const Arguments& arguments, RenderRequest& request) {
+  if (const auto title = arguments.value("track")) {
+    request.track = {
+        .name = title, .artist = arguments.value("artist"), .album = arguments.value("album")};
+    return Done{};
+  }
+  const bool isPart = arguments.has("artist") || arguments.has("album");
+  return isPart ? Status(Error{"--artist and --album go with --track"}) : Status(Done{});
 }
 
 /// Which view is written: 0, the preview, or a display's.
@@ -134,6 +148,7 @@ Result<RenderRequest> parseRenderRequest(const Arguments& arguments) {
   request.samples = arguments.has("samples");
   request.verbose = arguments.has("verbose");
   if (auto status = readNumbers(arguments, request); !status) return status.error();
+  if (auto status = readTrack(arguments, request); !status) return status.error();
   const Result<std::int64_t> screen = readScreen(arguments);
   if (!screen) return screen.error();
   if (auto status = readDisplays(arguments, *screen == 0, request); !status) return status.error();

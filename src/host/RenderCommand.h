@@ -2,6 +2,7 @@
 
 #include "host/Options.h"
 #include "platform/Displays.h"
+#include "platform/players/PlayerState.h"
 #include "shared/FilePath.h"
 #include "shared/ReferenceTime.h"
 #include "shared/Result.h"
@@ -28,6 +29,7 @@ struct RenderRequest {
   double to = 0;
   bool settle = true;
   bool samples = false;
+  std::optional<platform::players::Track> track;  // that seems to play
   bool verbose = false;
 
   /// How many frames the film has, both ends included; 0 without a film.

@@ -73,6 +73,7 @@ Run::Run(const RenderRequest& request)
               .displays = &_displays,
               .verbose = request.verbose,
               .samplesWhenNoPictures = request.samples,
+              .track = request.track,
               .enumerationConcurrency = 1}),
       _session(_linux.services()) {
   _scheduler.setEndOfTurn([this] { _session.commit(); });

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "shared/FilePath.h"
+
 #include <cstddef>
 
 namespace pelmora::platform {
@@ -13,7 +15,9 @@ class Log;
 class MetadataSearch;
 class NotificationCenter;
 class PreferencesStore;
+class RunningApplications;
 class Scheduler;
+class ScriptRunner;
 class Sound;
 class UserFolders;
 class Workspace;
@@ -41,6 +45,9 @@ struct Services {
   Sound& sound;
   NotificationCenter& notifications;             // of this process
   NotificationCenter& distributedNotifications;  // of the user's session
+  RunningApplications& runningApplications;
+  ScriptRunner& scripts;
+  FilePath resourceFolder{};  // of the files that come with the module
   SystemVersion systemVersion{};
   /// How many folders are walked at once: the number of processors; 1 makes the order of the
   /// records that of the queue, for runs that must repeat exactly.

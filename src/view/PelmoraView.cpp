@@ -2,6 +2,7 @@
 
 #include "cache/FolderCache.h"
 #include "cards/PMFile.h"
+#include "nowplaying/PMiTunesTrack.h"
 #include "platform/Clock.h"
 #include "platform/Displays.h"
 #include "platform/Files.h"
@@ -33,6 +34,8 @@ namespace {
 /// What a lookup gives that finds nothing.
 constexpr std::uint64_t kNotFound = std::numeric_limits<std::int64_t>::max();
 constexpr std::uint64_t kLargestPlausibleScreenIndex = 10;
+/// The label with the track is on the preview and the first screen alone.
+constexpr std::uint64_t kScreensWithTrack = 2;
 constexpr double kWidestPreview = 500.0;  // points
 
 constexpr const char* kFirstFolderAdded = "FirstFolderAdded";
@@ -326,12 +329,30 @@ void PelmoraView::stopAnimationMeat() {
 
 void PelmoraView::animateOneFrame() {
   const double now = _services.clock.now().seconds;
-  if (now - _cycle->lastImageChangeTime <= _delay) return;
+  if (now - _cycle->lastImageChangeTime > _delay) changeImages(now);
+  if (_iTunesTrack && _iTunesTrack->iTunesType() == nowplaying::PMiTunesTrack::kFliesAround) {
+    _iTunesTrack->flyAround();
+  }
+}
+
+void PelmoraView::changeImages(double now) {
   _cycle->lastImageChangeTime = now;
-  if (!addNewImageToList() && _images.empty()) {
+  const bool isAdded = addNewImageToList();
+  if (!isAdded && _images.empty()) {
     _cycle->lastImageChangeTime = ReferenceTime::distantPast().seconds;
   }
   _layer->setNeedsDisplay();
+  if (isAdded) makeTrackLabel();
+}
+
+/// Once made, the label stays, also when the preference is switched off.
+void PelmoraView::makeTrackLabel() {
+  const platform::PreferencesStore& preferences = _services.preferences;
+  const bool isWanted = preferences.isOn("ShowiTunesTrack");
+  const std::int64_t type = preferences.integerForKey("iTunesTrackType");
+  if (!isWanted || screenIndex() >= kScreensWithTrack || _iTunesTrack) return;
+  _iTunesTrack = std::make_unique<nowplaying::PMiTunesTrack>(*this, type);
+  _iTunesTrack->fillOutLayers();
 }
 
 bool PelmoraView::addNewImageToList() {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "cards/OwnerView.h"
+#include "nowplaying/TrackOwner.h"
 #include "platform/NotificationCenter.h"
 #include "platform/Services.h"
 #include "render/Layer.h"
@@ -23,6 +24,10 @@ namespace pelmora::cards {
 class PMFile;
 }
 
+namespace pelmora::nowplaying {
+class PMiTunesTrack;
+}
+
 namespace pelmora::view {
 
 /// The name of the module's folder in the user's caches, of its cache and its display lists.
@@ -35,7 +40,9 @@ inline constexpr std::string_view kApplicationName = "Pelmora";
 /// Thread: main, but for the notification "FirstFolderAdded", which arrives on any.
 /// Ownership: owns its layer and its cards; the source list is shared and held weakly.
 /// Units: points, seconds. Errors: logged; the view goes on with what it has.
-class PelmoraView : public cards::OwnerView, public render::LayerDelegate {
+class PelmoraView : public cards::OwnerView,
+                    public nowplaying::TrackOwner,
+                    public render::LayerDelegate {
  public:
   /// `frame` is the display's frame, or the preview's; the preview flag may be corrected.
   PelmoraView(const platform::Services& services, const Rect& frame, bool isPreview);
@@ -59,7 +66,7 @@ class PelmoraView : public cards::OwnerView, public render::LayerDelegate {
   /// Whether `folder` holds an entry of that name.
   [[nodiscard]] bool folder(const FilePath& folder, std::string_view containsItemNamed) const;
 
-  [[nodiscard]] bool isPreview() const { return _isPreview; }
+  [[nodiscard]] bool isPreview() const override { return _isPreview; }
   [[nodiscard]] bool isAnimating() const;
   [[nodiscard]] double animationTimeInterval() const { return 0.5; }
   [[nodiscard]] std::uint64_t screenIndex() const;
@@ -72,6 +79,8 @@ class PelmoraView : public cards::OwnerView, public render::LayerDelegate {
   [[nodiscard]] const std::vector<std::shared_ptr<cards::PMFile>>& images() const {
     return _images;
   }
+  /// The label with the track that is playing; null before it was first to be shown.
+  [[nodiscard]] nowplaying::PMiTunesTrack* iTunesTrack() const { return _iTunesTrack.get(); }
   [[nodiscard]] std::shared_ptr<sources::PMSourceList> sourceList() const {
     return _sourceList.lock();
   }
@@ -103,6 +112,8 @@ class PelmoraView : public cards::OwnerView, public render::LayerDelegate {
   void warnOfGoofyScreenIndex() const;
   void useStoredFilter();
   void prepareDisplayList();
+  void changeImages(double now);
+  void makeTrackLabel();
   [[nodiscard]] std::string screenName() const;
 
   const platform::Services& _services;
@@ -121,6 +132,7 @@ class PelmoraView : public cards::OwnerView, public render::LayerDelegate {
   std::weak_ptr<sources::PMSourceList> _sourceList;
   std::shared_ptr<render::Layer> _layer;
   std::vector<std::shared_ptr<cards::PMFile>> _images;  // after the layer: cards leave it first
+  std::unique_ptr<nowplaying::PMiTunesTrack> _iTunesTrack;
   platform::NotificationCenter::Token _didStopToken{};
 };
 

@@ -22,6 +22,7 @@ TEST(DecoderPath, isInItsOwnFolderAsItIsInstalled) {
 }
 
 TEST(DecoderPath, isFoundForTheRunningProgram) {
+  EXPECT_TRUE(runningProgram().lastComponent().starts_with("host_tests"));
   EXPECT_EQ(decoderPath().lastComponent(), "pelmora-decoder");
   EXPECT_TRUE(decoderPath().bytes().starts_with('/'));
 }

@@ -1,8 +1,14 @@
 #include "host/LinuxServices.h"
 
+#include "desktop/tests/ScriptedPlayer.h"
+#include "desktop/tests/TestBus.h"
 #include "host/tests/CommandRun.h"
 #include "platform/Clock.h"
 #include "platform/fake/FakeDisplays.h"
+#include "platform/FileContents.h"
+#include "platform/NotificationCenter.h"
+#include "platform/RunningApplications.h"
+#include "platform/ScriptRunner.h"
 #include "platform/SteppedTime.h"
 #include "platform/UserFolders.h"
 
@@ -14,6 +20,14 @@ class LinuxServicesTest : public CommandFixture {
   platform::SteppedScheduler scheduler{clock};
   platform::FakeDisplays displays;
 };
+
+/// What the script for the system's player returns.
+static platform::ScriptResult askForTheTrack(const platform::Services& services) {
+  const auto script = platform::FileContents::read(
+      services.resourceFolder / "GetCurrentTrackInfo-Music.txt", 65536);
+  if (!script) return "no script";
+  return services.scripts.execute({script->bytes().begin(), script->bytes().end()});
+}
 
 TEST_F(LinuxServicesTest, takeWhatTheCommandChoosesAndTheDesktopsOwnForTheRest) {
   home.mkdir("Pictures");
@@ -37,6 +51,32 @@ TEST_F(LinuxServicesTest, showSamplesToWhoHasNeitherPicturesNorChosenFolders) {
   EXPECT_NE(testing::internal::GetCapturedStderr(), "");
   run({"sources", "add", home.mkdir("elsewhere").bytes()});
   EXPECT_TRUE(LinuxServices(choices).services().userFolders.pictures().empty());
+}
+
+TEST_F(LinuxServicesTest, seeTheMusicPlayersOfTheSessionWhereTheyMay) {
+  desktop::TestBus bus;
+  setenv("DBUS_SESSION_BUS_ADDRESS", bus.address().c_str(), 1);
+  platform::RecordingLog log;
+  desktop::ScriptedPlayer player(bus.address(), log);
+  player.setProperties(desktop::playingTitle("song"));
+  player.takeName("org.mpris.MediaPlayer2.vlc");
+
+  const LinuxServices live({.scheduler = &scheduler, .displays = &displays, .sessionBus = true});
+  const platform::Services& services = live.services();
+  std::string told;
+  services.distributedNotifications.addObserver(
+      "com.apple.iTunes.playerInfo", [&told](const platform::Notification& note) {
+        told = *note.userInfo.at("Name").get<std::string>();
+      });
+  scheduler.runPostedUntil([&told] { return !told.empty(); });
+  EXPECT_EQ(told, "song");
+  EXPECT_EQ(services.runningApplications.runningApplications().size(), 1U);
+  EXPECT_EQ(askForTheTrack(services),
+            platform::ScriptResult(platform::ScriptRecord{{"pnam", "song"}}));
+
+  const LinuxServices blind({.scheduler = &scheduler, .displays = &displays});
+  EXPECT_TRUE(blind.services().runningApplications.runningApplications().empty());
+  EXPECT_EQ(askForTheTrack(blind.services()), platform::ScriptResult());
 }
 
 TEST_F(LinuxServicesTest, walkWithEveryProcessorUnlessTold) {

@@ -28,6 +28,19 @@ TEST(RenderCommand, showsOneDisplayAfterTwoSecondsUnlessTold) {
   EXPECT_TRUE(request->settle);
 }
 
+TEST(RenderCommand, takesATrackThatSeemsToPlay) {
+  EXPECT_EQ(parse({"--out", "f"})->track, std::nullopt);
+  const auto request = parse({"--out", "f", "--track", "Song", "--album", "Record"});
+  ASSERT_TRUE(request);
+  EXPECT_EQ(request->track, (platform::players::Track{.name = "Song", .album = "Record"}));
+  EXPECT_FALSE(parse({"--out", "f", "--artist", "Singer"}));
+}
+
+TEST(RenderCommand, boundsTheFramesOfAFilmAlone) {
+  EXPECT_TRUE(parse({"--out", "f", "--at", "259200"}));
+  EXPECT_FALSE(parse({"--frames", "f", "--at", "259200"}));
+}
+
 TEST(RenderCommand, takesSeveralDisplays) {
   const auto request =
       parse({"--out", "f", "--displays", "1920x1080+0+0,1280x1024+1920+0", "--screen", "2"});

@@ -16,7 +16,9 @@ Services FakeServices::services() {
           .metadata = metadata,
           .sound = sound,
           .notifications = notifications,
-          .distributedNotifications = distributedNotifications};
+          .distributedNotifications = distributedNotifications,
+          .runningApplications = runningApplications,
+          .scripts = scripts};
 }
 
 }  // namespace pelmora::platform

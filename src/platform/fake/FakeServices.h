@@ -5,6 +5,8 @@
 #include "platform/fake/FakeDisplays.h"
 #include "platform/fake/FakeImageLoader.h"
 #include "platform/fake/FakeMetadataSearch.h"
+#include "platform/fake/FakeRunningApplications.h"
+#include "platform/fake/FakeScriptRunner.h"
 #include "platform/fake/FakeSound.h"
 #include "platform/fake/FakeUserFolders.h"
 #include "platform/fake/FakeWorkspace.h"
@@ -36,6 +38,8 @@ struct FakeServices {
   FakeSound sound;
   NotificationCenter notifications;
   NotificationCenter distributedNotifications;
+  FakeRunningApplications runningApplications;
+  FakeScriptRunner scripts;
 
   /// References to the above. Made anew by each call, so it can be changed before it is handed on.
   [[nodiscard]] Services services();

@@ -75,7 +75,9 @@ class FolderWalkTest : public SourcesTest {
                                      .metadata = fakes.metadata,
                                      .sound = fakes.sound,
                                      .notifications = fakes.notifications,
-                                     .distributedNotifications = fakes.distributedNotifications};
+                                     .distributedNotifications = fakes.distributedNotifications,
+                                     .runningApplications = fakes.runningApplications,
+                                     .scripts = fakes.scripts};
 };
 
 }  // namespace

@@ -18,6 +18,11 @@ TEST(FakeServices, handsOutItsOwnParts) {
   EXPECT_EQ(&services.notifications, &fakes.notifications);
   EXPECT_EQ(&services.distributedNotifications, &fakes.distributedNotifications);
   EXPECT_EQ(services.systemVersion.major, 11);
+  fakes.runningApplications.applications = {{"com.apple.Music"}};
+  EXPECT_EQ(services.runningApplications.runningApplications().size(), 1U);
+  fakes.scripts.result = "result";
+  EXPECT_EQ(services.scripts.execute("script"), ScriptResult("result"));
+  EXPECT_EQ(fakes.scripts.executed, (std::vector<std::string>{"script"}));
   EXPECT_EQ(services.enumerationConcurrency, 1U);
 }
 

@@ -1,0 +1,106 @@
+#include "desktop/SessionBus.h"
+
+#include "platform/Log.h"
+
+#include <QDBusConnection>
+#include <QDBusError>
+#include <QDeadlineTimer>
+#include <QObject>
+#include <QThread>
+
+#include <sys/stat.h>
+
+#include <mutex>
+#include <optional>
+
+namespace pelmora::desktop {
+
+std::string sessionBusAddress(const std::string& given, const std::string& runtimeFolder) {
+  if (!given.empty() || runtimeFolder.empty()) return given;
+  const std::string socket = runtimeFolder + "/bus";
+  struct stat facts {};
+  if (stat(socket.c_str(), &facts) != 0 || !S_ISSOCK(facts.st_mode)) return {};
+  return "unix:path=" + socket;
+}
+
+struct SessionBus::Worker {
+  void connect(const std::string& address, platform::Log& log);
+  void run(const Task& task);
+  void end();
+
+  QThread thread;
+  QObject context;  // lives on the thread
+  std::mutex mutex;
+  bool isAbandoned = false;  // under the mutex
+  // On the thread:
+  std::optional<QDBusConnection> connection;
+};
+
+void SessionBus::Worker::connect(const std::string& address, platform::Log& log) {
+  const QString name = "pelmora-" + QString::number(reinterpret_cast<quintptr>(this), 16);
+  connection = QDBusConnection::connectToBus(QString::fromStdString(address), name);
+  if (connection->isConnected()) return;
+  const std::string why = connection->lastError().message().toStdString();
+  connection.reset();
+  QDBusConnection::disconnectFromBus(name);
+  const std::lock_guard lock(mutex);
+  if (!isAbandoned) log.print("Pelmora: The session's bus cannot be reached: %s", why.c_str());
+}
+
+void SessionBus::Worker::run(const Task& task) {
+  if (!connection) return;
+  {
+    const std::lock_guard lock(mutex);
+    if (isAbandoned) return;
+  }
+  task(*connection);
+}
+
+void SessionBus::Worker::end() {
+  if (connection) {
+    const QString name = connection->name();
+    connection.reset();
+    QDBusConnection::disconnectFromBus(name);
+  }
+  thread.quit();
+}
+
+SessionBus::SessionBus() = default;
+
+SessionBus::SessionBus(const std::string& address, platform::Log& log,
+                       std::chrono::milliseconds patience)
+    : _patience(patience) {
+  if (address.empty()) {
+    log.write("Pelmora: There is no session bus: music players are not seen.");
+    return;
+  }
+  _worker = std::make_unique<Worker>();
+  Worker* const worker = _worker.get();
+  worker->thread.setObjectName("session bus");
+  worker->context.moveToThread(&worker->thread);
+  worker->thread.start();
+  QMetaObject::invokeMethod(
+      &worker->context, [worker, address, &log] { worker->connect(address, log); },
+      Qt::QueuedConnection);
+}
+
+SessionBus::~SessionBus() {
+  if (!_worker) return;
+  Worker* const worker = _worker.get();
+  QMetaObject::invokeMethod(
+      &worker->context, [worker] { worker->end(); }, Qt::QueuedConnection);
+  if (worker->thread.wait(QDeadlineTimer(_patience))) return;
+  const std::lock_guard lock(worker->mutex);
+  worker->isAbandoned = true;
+  static_cast<void>(_worker.release());  // a thread that runs cannot be destroyed
+}
+
+void SessionBus::post(Task task) {
+  if (!_worker) return;
+  Worker* const worker = _worker.get();
+  QMetaObject::invokeMethod(
+      &worker->context, [worker, task = std::move(task)] { worker->run(task); },
+      Qt::QueuedConnection);
+}
+
+}  // namespace pelmora::desktop

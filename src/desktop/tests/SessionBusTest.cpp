@@ -1,0 +1,133 @@
+#include "desktop/SessionBus.h"
+
+#include "desktop/tests/TestBus.h"
+
+#include <QDBusConnection>
+#include <QThread>
+
+#include <gtest/gtest.h>
+#include <sys/socket.h>
+#include <sys/un.h>
+#include <unistd.h>
+
+#include <chrono>
+#include <future>
+
+namespace pelmora::desktop {
+
+namespace {
+
+constexpr std::chrono::seconds kPatience(20);
+
+/// A socket at `path` that takes connections, and never says anything.
+int silentSocket(const std::string& path) {
+  const int listening = socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0);
+  sockaddr_un name{};
+  name.sun_family = AF_UNIX;
+  path.copy(name.sun_path, sizeof name.sun_path - 1);
+  bind(listening, reinterpret_cast<const sockaddr*>(&name), sizeof name);
+  listen(listening, 8);
+  return listening;
+}
+
+}  // namespace
+
+TEST(SessionBus, runsTasksInOrderOnAThreadOfItsOwn) {
+  TestBus testBus;
+  platform::RecordingLog log;
+  std::promise<std::string> ran;
+  const auto here = QThread::currentThread();
+  std::string order;
+  SessionBus bus(testBus.address(), log);
+  bus.post([&](const QDBusConnection&) { order += 'a'; });
+  bus.post([&](const QDBusConnection& connection) {
+    order += connection.isConnected() && QThread::currentThread() != here ? 'b' : '?';
+  });
+  bus.post([&](const QDBusConnection&) { ran.set_value(order + 'c'); });
+  auto result = ran.get_future();
+  ASSERT_EQ(result.wait_for(kPatience), std::future_status::ready);
+  EXPECT_EQ(result.get(), "abc");
+}
+
+TEST(SessionBus, runsAtItsEndWhatWasPosted) {
+  TestBus testBus;
+  platform::RecordingLog log;
+  int ran = 0;
+  {
+    SessionBus bus(testBus.address(), log);
+    for (int i = 0; i < 100; ++i) bus.post([&ran](const QDBusConnection&) { ++ran; });
+  }
+  EXPECT_EQ(ran, 100);
+}
+
+TEST(SessionBus, saysOnceThatThereIsNone) {
+  TestBus testBus;
+  platform::RecordingLog log;
+  int ran = 0;
+  {
+    SessionBus none("", log);
+    SessionBus unreachable("unix:path=/nonexistent/bus", log);
+    for (int i = 0; i < 100; ++i) {
+      none.post([&ran](const QDBusConnection&) { ++ran; });
+      unreachable.post([&ran](const QDBusConnection&) { ++ran; });
+    }
+  }
+  EXPECT_EQ(ran, 0);
+  EXPECT_EQ(log.lines().size(), 2U);
+}
+
+TEST(SessionBus, keepsObjectsOnItsThread) {
+  TestBus testBus;
+  platform::RecordingLog log;
+  struct Object {
+    explicit Object(std::string& all) : calls(all) { calls += 'm'; }
+    ~Object() { calls += 'd'; }
+    std::string& calls;
+  };
+  std::string told;
+  {
+    SessionBus bus(testBus.address(), log);
+    OnBus<Object> object(bus, [&told](const auto&) { return std::make_unique<Object>(told); });
+    object.call([](Object& made) { made.calls += 'c'; });
+  }
+  EXPECT_EQ(told, "mcd");
+  {
+    SessionBus none("", log);
+    OnBus<Object> object(none, [&told](const auto&) { return std::make_unique<Object>(told); });
+    object.call([](Object& made) { made.calls += 'c'; });
+  }
+  EXPECT_EQ(told, "mcd");
+}
+
+TEST(SessionBus, leavesABusThatKeepsItWaiting) {
+  const platform::TemporaryFolder folder;
+  TestBus testBus;
+  platform::RecordingLog log;
+  const std::string path = folder.path().bytes() + "/bus";
+  const int listening = silentSocket(path);
+  int ran = 0;
+  {
+    SessionBus silent("unix:path=" + path, log, std::chrono::milliseconds(20));
+    silent.post([&ran](const QDBusConnection&) { ++ran; });
+  }
+  close(listening);  // which ends the wait of the thread that was left
+  {
+    SessionBus next(testBus.address(), log, kPatience);
+    next.post([&ran](const QDBusConnection&) { ran += 10; });
+  }
+  EXPECT_EQ(ran, 10);
+  EXPECT_TRUE(log.lines().empty());
+}
+
+TEST(SessionBus, isFoundWhereTheSessionSaysElseInItsRuntimeFolder) {
+  const platform::TemporaryFolder folder;
+  const std::string runtime = folder.path().bytes();
+  EXPECT_EQ(sessionBusAddress("unix:path=/a", runtime), "unix:path=/a");
+  EXPECT_EQ(sessionBusAddress("", runtime), "");
+  EXPECT_EQ(sessionBusAddress("", ""), "");
+  const int listening = silentSocket(runtime + "/bus");
+  EXPECT_EQ(sessionBusAddress("", runtime), "unix:path=" + runtime + "/bus");
+  close(listening);
+}
+
+}  // namespace pelmora::desktop
