@@ -31,9 +31,7 @@ std::string_view cut(std::string_view text, std::size_t size) {
 std::string finished(std::string text) {
   std::replace_if(
       text.begin(), text.end(), [](char each) { return each == '\n' || each == '\t'; }, ' ');
-  std::string plain = platform::plainText(text);
-  if (plain.size() <= kMaxTextBytes) return plain;
-  return platform::plainText(cut(plain, kMaxTextBytes));
+  return platform::plainText(text, kMaxTextBytes);
 }
 
 std::string utf8FromLatin1(std::string_view bytes) {

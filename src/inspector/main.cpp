@@ -1,6 +1,5 @@
 #include "inspector/InspectServer.h"
 #include "inspector/MetadataReader.h"
-#include "platform/ThreadPriority.h"
 #include "sandbox/Sandbox.h"
 
 #include <sys/resource.h>
@@ -30,7 +29,6 @@ void limitStack() {
 }
 
 InspectorExit serve() {
-  platform::yieldToEverythingElse();
   limitStack();
   std::optional<MetadataReader> reader;
   try {

@@ -23,8 +23,7 @@ inline constexpr const char* NSMetadataItemFSNameKey = "kMDItemFSName";
 inline constexpr const char* NSMetadataItemPathKey = "kMDItemPath";
 
 /// A live search over the metadata of files: it first gathers what matches, and then goes on to
-/// report what comes to match. Thread: any for the updates and to wait, main
-/// for all else.
+/// report what comes to match. Thread: any for the updates and to wait, main for all else.
 class MetadataQuery {
  public:
   virtual ~MetadataQuery() = default;

@@ -10,6 +10,8 @@ namespace {
 
 constexpr char32_t kReplacement = 0xFFFD;
 
+bool isContinuation(char byte) { return (static_cast<unsigned char>(byte) & 0xC0) == 0x80; }
+
 bool isControl(char32_t codePoint) {
   return codePoint < 0x20 || (codePoint >= 0x7F && codePoint < 0xA0);
 }
@@ -38,6 +40,14 @@ std::string plainText(std::string_view bytes) {
     const char32_t shown = codePoint.value_or(kReplacement);
     if (!isControl(shown)) plist::appendUtf8(shown, text);
   }
+  return std::string(trimmed(text));
+}
+
+std::string plainText(std::string_view bytes, std::size_t mostBytes) {
+  std::string text = plainText(bytes);
+  if (text.size() <= mostBytes) return text;
+  while (mostBytes > 0 && isContinuation(text[mostBytes])) --mostBytes;
+  text.resize(mostBytes);
   return std::string(trimmed(text));
 }
 

@@ -2,22 +2,28 @@
 #include "inspector/tests/PaintedFile.h"
 #include "platform/fake/RecordingLog.h"
 #include "platform/fake/TemporaryFolder.h"
+#include "platform/linux/ChildProcess.h"
 #include "platform/linux/index/EmbeddedTags.h"
 #include "platform/linux/index/FileAttributes.h"
 #include "platform/linux/index/MetadataInspector.h"
 #include "platform/linux/LinuxWorkspace.h"
 #include "platform/linux/tests/ChildrenCount.h"
 #include "platform/SteppedTime.h"
+#include "platform/ThreadPriority.h"
 
 #include <fcntl.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <sys/resource.h>
+#include <sys/socket.h>
 #include <sys/xattr.h>
 #include <unistd.h>
 
 #include <cstdlib>
 #include <map>
+#include <optional>
 #include <string>
+#include <thread>
 #include <vector>
 
 namespace pelmora::inspector {
@@ -60,6 +66,7 @@ std::vector<MetadataInspector::Answer> inspectAll(MetadataInspector& inspector,
       inspector.inspect(files, [&](std::size_t index, MetadataInspector::Answer answer) {
         EXPECT_EQ(index, answers.size());
         answers.push_back(std::move(answer));
+        return true;
       });
   EXPECT_TRUE(status.ok());
   EXPECT_EQ(answers.size(), files.size());
@@ -146,6 +153,39 @@ TEST(InspectorProgram, knowsTheLocalTime) {
   EXPECT_THAT(readIn("UTC"), ElementsAre(Constant(noon)));
   EXPECT_THAT(readIn("Europe/Berlin"), ElementsAre(Constant(ReferenceTime{noon.seconds - 7200})));
   EXPECT_THAT(readIn("XYZ5"), ElementsAre(Constant(ReferenceTime{noon.seconds + 18000})));
+}
+
+TEST(InspectorProgram, readsLocalTimeWhereTheEnvironmentNamesNoZone) {
+  const auto photo = painted(Format::jpeg, [](Exiv2::Image& image) {
+    image.exifData()["Exif.Photo.DateTimeOriginal"] = "2021:07:01 12:00:00";
+  });
+  const char* const before = getenv("TZ");
+  const std::optional<std::string> kept = before ? std::optional(before) : std::nullopt;
+  unsetenv("TZ");
+  const MetadataReader reader;
+  MetadataInspector inspector({kInspector, kDeadline});
+  std::vector<FileDescriptor> files;
+  files.push_back(fileOf(photo));
+  EXPECT_EQ(*inspectAll(inspector, files)[0], *reader.read(files.front().get()));
+  if (kept) setenv("TZ", kept->c_str(), 1);
+}
+
+TEST(InspectorProgram, runsAtThePriorityOfWhoeverStartsIt) {
+  const auto niceOfInspector = [] {
+    platform::LateChildren late;
+    const auto child = platform::ChildProcess::start(kInspector, late);
+    if (!child) return -100;
+    std::byte greeting{};
+    EXPECT_GT(recv(child->socket(), &greeting, 1, 0), 0);
+    return getpriority(PRIO_PROCESS, static_cast<id_t>(child->id()));
+  };
+  EXPECT_EQ(niceOfInspector(), getpriority(PRIO_PROCESS, 0));
+  int nice = 0;
+  std::thread([&] {
+    platform::yieldToEverythingElse();
+    nice = niceOfInspector();
+  }).join();
+  EXPECT_EQ(nice, 19);
 }
 
 TEST(InspectorProgram, failsForOneFileAndGoesOn) {

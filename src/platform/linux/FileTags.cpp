@@ -8,7 +8,7 @@ namespace pelmora::platform {
 namespace {
 
 void addTag(std::vector<std::string>& tags, std::string_view text) {
-  std::string tag = plainText(text);
+  std::string tag = plainText(text, kMaxTagBytes);
   if (!tag.empty() && tags.size() < kMaxTags) tags.push_back(std::move(tag));
 }
 

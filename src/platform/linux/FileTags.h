@@ -11,6 +11,8 @@ namespace pelmora::platform {
 
 /// No file has more tags than this; the rest is dropped.
 inline constexpr std::size_t kMaxTags = 256;
+/// What is longer is cut, between characters.
+inline constexpr std::size_t kMaxTagBytes = 2048;
 
 /// The tags in a value of `user.xdg.tags`: between commas, without blanks around them. In all tags,
 /// bytes that are no text become replacement characters, control characters go, and what is empty

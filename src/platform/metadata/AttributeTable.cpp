@@ -43,8 +43,8 @@ constexpr std::array kTable = {
               "Xmp.dc.creator Iptc.Application2.Byline Exif.Image.Artist Exif.Image.XPAuthor"},
     Attribute{"kMDItemCopyright", ValueType::text, kOne, Origin::embedded,
               "Xmp.dc.rights Iptc.Application2.Copyright Exif.Image.Copyright"},
-    Attribute{"kMDItemStarRating", ValueType::integer, kOne, Origin::embedded,
-              "Xmp.xmp.Rating Exif.Image.Rating"},
+    Attribute{"kMDItemStarRating", ValueType::integer, kOne, Origin::both,
+              "(user.baloo.rating, halved) Xmp.xmp.Rating Exif.Image.Rating"},
     // Where and when.
     Attribute{"kMDItemCity", ValueType::text, kOne, Origin::embedded,
               "Xmp.photoshop.City Iptc.Application2.City"},

@@ -32,7 +32,7 @@ struct Attribute {
 /// All attributes that are known. Thread: any; it never changes. Positions in it are used in the
 /// index and between processes; `kAttributeTableVersion` rises when it or the reading changes.
 [[nodiscard]] std::span<const Attribute> attributeTable();
-inline constexpr int kAttributeTableVersion = 1;
+inline constexpr int kAttributeTableVersion = 2;
 
 /// The position of a name in the table.
 [[nodiscard]] std::optional<std::size_t> attributeNamed(std::string_view name);

@@ -22,7 +22,7 @@ class Census {
 
  private:
   bool expression(const Expression& expression, int depth) {
-    const auto* value = std::get_if<Constant>(&expression);
+    const Constant* const value = constantValue(expression);
     return value ? constant(*value, depth) : enter(depth);
   }
   bool constant(const Constant& constant, int depth) {
@@ -46,8 +46,14 @@ bool Compound::operator==(const Compound& other) const {
 
 std::uint32_t expressionType(const Expression& expression) {
   if (const auto* unknown = std::get_if<UnknownExpression>(&expression)) return unknown->type;
+  if (std::get_if<Aggregate>(&expression)) return 14;
   if (std::get_if<EvaluatedObject>(&expression)) return 1;
   return std::get_if<KeyPath>(&expression) ? 3 : 0;
+}
+
+const Constant* constantValue(const Expression& expression) {
+  const auto* aggregate = std::get_if<Aggregate>(&expression);
+  return aggregate ? &aggregate->array : std::get_if<Constant>(&expression);
 }
 
 bool isWithinLimits(const Predicate& predicate) { return Census().predicate(predicate, 1); }

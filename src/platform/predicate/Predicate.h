@@ -50,6 +50,11 @@ class Constant {
   Storage _storage;
 };
 
+/// Values in braces, as an archive tells them apart from one that is an array.
+struct Aggregate {
+  Constant array;
+  bool operator==(const Aggregate&) const = default;
+};
 /// The attribute of that name. Names may have dots; the whole is one name.
 struct KeyPath {
   std::string path;
@@ -64,10 +69,12 @@ struct UnknownExpression {
   std::uint32_t type = 0;
   bool operator==(const UnknownExpression&) const = default;
 };
-using Expression = std::variant<Constant, KeyPath, EvaluatedObject, UnknownExpression>;
+using Expression = std::variant<Constant, Aggregate, KeyPath, EvaluatedObject, UnknownExpression>;
 
 /// The platform's number of the expression's kind.
 [[nodiscard]] std::uint32_t expressionType(const Expression& expression);
+/// What it is for every file, or nullptr.
+[[nodiscard]] const Constant* constantValue(const Expression& expression);
 
 /// The platform's numbers; there may be others.
 enum class Operator : std::uint32_t {

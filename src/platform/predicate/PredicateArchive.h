@@ -26,10 +26,10 @@ namespace pelmora::platform::predicate {
 // options. Expressions have NSExpressionType and
 //
 //   NSConstantValueExpression      NSConstantValue
-//   NSKeyPathExpression            NSOperand (NSSelfExpression), NSSelectorName ("valueForKey:",
-//   with
-//                                  dots in the path "valueForKeyPath:"), NSArguments (an NSArray of
-//                                  one NSKeyPathSpecifierExpression, with NSKeyPath)
+//   NSAggregateExpression          NSCollection (an NSArray of NSConstantValueExpressions)
+//   NSKeyPathExpression            NSOperand (an NSSelfExpression), NSSelectorName ("valueForKey:",
+//                                  or with dots in the path "valueForKeyPath:"), NSArguments (an
+//                                  NSArray of an NSKeyPathSpecifierExpression, with NSKeyPath)
 //   NSSelfExpression
 //
 // A constant is a string, a number, a boolean, an NSDate, an NSArray of constants or an NSNull.
@@ -38,10 +38,12 @@ namespace pelmora::platform::predicate {
 /// twins of the classes of values, CONTAINS as an NSSubstringPredicateOperator, the options under
 /// the other of their two names, a key path's name as an NSConstantValueExpression, and no integer
 /// where that would be 0. An NSAggregateExpression, whose NSCollection is an NSArray of
-/// expressions, is read as an array, if all of them are constants or such arrays. NSNegate and
-/// NSPosition, which repeat the operator, are not looked at. The platform's other expressions are
-/// read as `UnknownExpression`. Everything else is an error, of one line. The bytes are untrusted:
-/// depth and counts are bounded, and what contains itself is refused. Thread: any.
+/// expressions, is read as an `Aggregate`, if all of them are constants or such aggregates.
+/// NSNegate and NSPosition, which repeat the operator, are not looked at. Operators of other
+/// numbers, the custom selector's among them, are kept; no comparison by them holds. The platform's
+/// other expressions are read as `UnknownExpression`. Everything else is an error, of one line. The
+/// bytes are untrusted: depth and counts are bounded, and what contains itself is refused.
+/// Thread: any.
 [[nodiscard]] Result<Predicate> readPredicateArchive(std::span<const std::uint8_t> bytes);
 
 /// Archives a predicate; equal strings and equal key paths are archived once. An error for what no

@@ -6,6 +6,8 @@
 
 #include <array>
 #include <cmath>
+#include <cstdint>
+#include <limits>
 #include <optional>
 
 namespace pelmora::platform::predicate {
@@ -25,6 +27,14 @@ constexpr std::array<std::string_view, 11> kOtherExpressions = {
     "NSSubqueryExpression", "NSAggregateExpression",       "NSAnyKeyExpression",
     "NSBlockExpression",    "NSTernaryExpression",         "NSVariableAssignmentExpression",
     "NSSymbolicExpression", "NSKeyPathSpecifierExpression"};
+
+/// Whether operators of the type are of the class; those of types that are not known may be of any.
+bool isOperatorClass(std::string_view name, Operator type) {
+  const OperatorEntry* const entry = entryOf(type);
+  if (!entry) return name.ends_with("PredicateOperator");
+  return name == entry->archiveClass ||
+         (type == Operator::contains && name == "NSSubstringPredicateOperator");
+}
 
 class Reader {
  public:
@@ -156,13 +166,9 @@ bool Reader::readOperator(const ObjectView& object, Comparison& comparison) {
   const std::optional<std::int64_t> options = integer(object, "NSOptions");
   const std::optional<std::int64_t> flags = integer(object, "NSFlags");
   if (!type || !modifier || !options || !flags) return false;
-  const bool isNumber = *type >= 0 && *type <= static_cast<std::int64_t>(Operator::between);
-  comparison.type = isNumber ? static_cast<Operator>(*type) : Operator::customSelector;
-  const OperatorEntry* const entry = entryOf(comparison.type);
-  const std::string_view name = _objects.className(object);
-  const bool isSubstring =
-      comparison.type == Operator::contains && name == "NSSubstringPredicateOperator";
-  if (!entry || (name != entry->archiveClass && !isSubstring)) {
+  const bool isNumber = *type >= 0 && *type <= std::numeric_limits<std::uint32_t>::max();
+  comparison.type = isNumber ? static_cast<Operator>(*type) : Operator::equal;
+  if (!isNumber || !isOperatorClass(_objects.className(object), comparison.type)) {
     fail("an operator of the predicate is not known");
   } else if (*modifier < 0 || *modifier > 2) {
     fail("a modifier of the predicate is not known");
@@ -212,7 +218,7 @@ std::optional<Expression> Reader::expression(const ObjectView& object, int depth
   return fail("an expression of the predicate is not known");
 }
 
-/// An array, where there are nothing but constants in it.
+/// Understood where there are nothing but constants in it.
 std::optional<Expression> Reader::aggregate(const ObjectView& object, int depth) {
   const Expression unknown = UnknownExpression{kAggregateType};
   const std::optional<ObjectView> list = _objects.resolvedField(object, "NSCollection");
@@ -227,11 +233,11 @@ std::optional<Expression> Reader::aggregate(const ObjectView& object, int depth)
     if (name != "NSConstantValueExpression" && name != "NSAggregateExpression") return unknown;
     std::optional<Expression> element = expressionAt(*number, depth + 1);
     if (!element) return std::nullopt;
-    auto* const constant = std::get_if<Constant>(&*element);
+    const Constant* const constant = constantValue(*element);
     if (!constant) return unknown;
-    read.push_back(std::move(*constant));
+    read.push_back(*constant);
   }
-  return Expression(Constant(std::move(read)));
+  return Expression(Aggregate{std::move(read)});
 }
 
 std::optional<Expression> Reader::keyPath(const ObjectView& object) {

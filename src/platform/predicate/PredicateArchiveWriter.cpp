@@ -31,6 +31,8 @@ class Writer {
   Uid add(const Expression& expression);
   Uid add(const Constant& constant);
   Uid operatorOf(const Comparison& comparison);
+  Uid constant(const Constant& constant);
+  Uid aggregate(const Aggregate& aggregate);
   Uid keyPath(const std::string& path);
   Uid evaluatedObject();
   Uid array(plist::Array elements);
@@ -137,11 +139,25 @@ Uid Writer::operatorOf(const Comparison& comparison) {
 Uid Writer::add(const Expression& expression) {
   if (const auto* path = std::get_if<KeyPath>(&expression)) return keyPath(path->path);
   if (std::get_if<EvaluatedObject>(&expression)) return evaluatedObject();
-  const auto* constant = std::get_if<Constant>(&expression);
-  if (!constant) return fail("the predicate has an expression that is not known");
+  if (const auto* braces = std::get_if<Aggregate>(&expression)) return aggregate(*braces);
+  if (const auto* value = std::get_if<Constant>(&expression)) return constant(*value);
+  return fail("the predicate has an expression that is not known");
+}
+
+Uid Writer::constant(const Constant& constant) {
   const Uid place = append({});
-  return instanceAt(place, {{"NSExpressionType", 0}, {"NSConstantValue", add(*constant)}},
+  return instanceAt(place, {{"NSExpressionType", 0}, {"NSConstantValue", add(constant)}},
                     {"NSConstantValueExpression", "NSExpression", "NSObject"});
+}
+
+Uid Writer::aggregate(const Aggregate& aggregate) {
+  const auto* elements = aggregate.array.get<Array>();
+  if (!elements) return fail("what is in braces is no array");
+  const Uid place = append({});
+  plist::Array numbers;
+  for (const Constant& element : *elements) numbers.emplace_back(constant(element));
+  return instanceAt(place, {{"NSExpressionType", 14}, {"NSCollection", array(std::move(numbers))}},
+                    {"NSAggregateExpression", "NSExpression", "NSObject"});
 }
 
 Uid Writer::keyPath(const std::string& path) {

@@ -106,7 +106,7 @@ bool satisfies(Operator type, const Constant& left, const Constant& right, unsig
 /// The values of one side; nullopt for what has none by its nature.
 std::optional<std::span<const Constant>> valuesOf(const Expression& expression,
                                                   const Metadata& metadata) {
-  if (const auto* constant = std::get_if<Constant>(&expression)) {
+  if (const Constant* const constant = constantValue(expression)) {
     // Null is no value, as what is missing has none.
     return std::span(constant, constant->isNull() ? 0u : 1u);
   }
@@ -116,7 +116,7 @@ std::optional<std::span<const Constant>> valuesOf(const Expression& expression,
 }
 
 bool isNull(const Expression& expression) {
-  const auto* constant = std::get_if<Constant>(&expression);
+  const Constant* const constant = constantValue(expression);
   return constant && constant->isNull();
 }
 

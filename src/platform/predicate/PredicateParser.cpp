@@ -39,6 +39,7 @@ class Parser {
   std::optional<Constant> array(int depth);
   std::optional<Constant> date();
 
+  [[nodiscard]] bool isName() const;
   [[nodiscard]] bool isWord(std::string_view upperWord) const;
   [[nodiscard]] bool isSymbol(std::string_view symbol) const;
   bool takeWord(std::initializer_list<std::string_view> upperWords);
@@ -60,10 +61,11 @@ class Parser {
 Result<Predicate> Parser::parse() {
   if (!advance()) return *_error;
   std::optional<Predicate> predicate = chain(CompoundType::disjunction, 0);
-  if (predicate && _token.kind != Token::Kind::end) fail("AND, OR or the end");
+  if (!predicate) return *_error;
+  if (_token.kind != Token::Kind::end) fail("AND, OR or the end");
   if (_error) return *_error;
   if (!isWithinLimits(*predicate)) return Error{"the predicate is too deep or too large"};
-  return std::move(*predicate);
+  return *predicate;
 }
 
 /// A row of ORs, of rows of ANDs, of single predicates.
@@ -110,6 +112,9 @@ std::optional<Predicate> Parser::comparison(int depth) {
   if (!left) return std::nullopt;
   comparison.left = std::move(*left);
   if (!comparisonOperator(comparison)) return std::nullopt;
+  // Of a pair that is written in another way, the fault would be told behind it.
+  const bool isRange = comparison.type != Operator::between || isName() || isSymbol("{");
+  if (!isRange) return fail("two values in braces");
   std::optional<Expression> right = expression(depth, "a value");
   if (!right) return std::nullopt;
   comparison.right = std::move(*right);
@@ -157,9 +162,7 @@ bool Parser::options(unsigned& options) {
 }
 
 std::optional<Expression> Parser::expression(int depth, const char* expected) {
-  const bool isName =
-      _token.kind == Token::Kind::word && (_token.isEscaped || !isReservedWord(_token.text));
-  if (!isName) {
+  if (!isName()) {
     if (takeWord({"SELF"})) return Expression(EvaluatedObject{});
     std::optional<Constant> value = constant(depth, expected);
     return value ? std::optional<Expression>(std::move(*value)) : std::nullopt;
@@ -220,6 +223,10 @@ std::optional<Constant> Parser::date() {
   if (!advance()) return std::nullopt;
   if (!takeSymbol(")")) return fail("')'");
   return Constant(time);
+}
+
+bool Parser::isName() const {
+  return _token.kind == Token::Kind::word && (_token.isEscaped || !isReservedWord(_token.text));
 }
 
 bool Parser::isWord(std::string_view upperWord) const {

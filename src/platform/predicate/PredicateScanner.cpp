@@ -196,7 +196,7 @@ Result<Token> PredicateScanner::symbol() {
   std::size_t behind = _at;
   if (!plist::nextCodePoint(_text, behind)) return error("the text is not UTF-8", _at);
   const std::string unknown(_text.substr(_at, behind - _at));
-  return error("'" + unknown + "' means nothing here,", _at);
+  return error("'" + unknown + "' means nothing", _at);
 }
 
 }  // namespace pelmora::platform::predicate

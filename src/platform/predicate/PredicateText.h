@@ -10,13 +10,13 @@ namespace pelmora::platform::predicate {
 
 // The platform's format of predicates:
 //
-//   kMDItemFSName CONTAINS[cd] "beach" AND NOT (kMDItemKeywords == "work" OR kMDItemPixelWidth <
-//   640)
+//   kMDItemFSName CONTAINS[cd] "beach" AND NOT (kMDItemKeywords == "work" OR kMDItemCity == "Oslo")
 //
 // Comparisons: == = != <> < <= =< > >= => BEGINSWITH ENDSWITH CONTAINS LIKE MATCHES IN BETWEEN,
 // each with [c], [d] or [cd] behind it, and with ANY, SOME (the same), ALL or NONE (NOT ANY) before
 // it. They are combined by NOT !, AND &&, OR ||, in this order of strength, and parentheses. A row
 // of ANDs, or of ORs, is one compound. TRUEPREDICATE and FALSEPREDICATE hold always and never.
+// BETWEEN takes values in braces, or an attribute.
 // Values: "text" or 'text' with \\ \" \' \n \r \t \uXXXX in it, 12, -1.5, 1e6, 0xFF, 0o17, 0b101,
 // TRUE YES FALSE NO, NULL NIL, { values in braces }, CAST(12.5, "NSDate") for seconds since 2001,
 // SELF, and key paths: identifiers with dots between; #and is a key path that is named as a word of

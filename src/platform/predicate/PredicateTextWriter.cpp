@@ -82,7 +82,7 @@ std::string textOfKeyPath(std::string_view path) {
 }
 
 std::string textOfExpression(const Expression& expression) {
-  if (const auto* constant = std::get_if<Constant>(&expression)) return textOfConstant(*constant);
+  if (const Constant* const constant = constantValue(expression)) return textOfConstant(*constant);
   if (const auto* path = std::get_if<KeyPath>(&expression)) return textOfKeyPath(path->path);
   if (std::get_if<EvaluatedObject>(&expression)) return "SELF";
   return "<expression of type " + std::to_string(expressionType(expression)) + ">";

@@ -23,6 +23,14 @@ TEST(PlainText, dropsControlCharacters) {
             "ab[1mc");
 }
 
+TEST(PlainText, isCutBetweenCharacters) {
+  EXPECT_EQ(plainText("abc", 3), "abc");
+  EXPECT_EQ(plainText("abcd", 3), "abc");
+  EXPECT_EQ(plainText("ab\xC3\xA9", 3), "ab");
+  EXPECT_EQ(plainText("ab cd", 3), "ab");
+  EXPECT_EQ(plainText("\xF0\x9F\x98\x80", 3), "");
+}
+
 TEST(PlainText, dropsBlanksAtItsEnds) {
   EXPECT_EQ(plainText("  a b \t\n"), "a b");
   EXPECT_EQ(plainText(" \t "), "");

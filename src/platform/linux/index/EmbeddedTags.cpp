@@ -1,5 +1,7 @@
 #include "platform/linux/index/EmbeddedTags.h"
 
+#include "platform/SystemError.h"
+
 #include <fcntl.h>
 
 #include <utility>
@@ -20,10 +22,30 @@ std::vector<std::string> tagsIn(const metadata::FileMetadata& metadata) {
 
 EmbeddedTags::EmbeddedTags(const FilePath& program, const Clock& clock, Log& log,
                            std::chrono::milliseconds deadline)
-    : _log(log),
-      _inspector({program, deadline}),
-      _patient([this](auto files, const auto& take) { return _inspector.inspect(files, take); },
-               clock, log) {}
+    : _program(program),
+      _deadline(deadline),
+      _log(log),
+      _patient([this](auto files, const auto& take) { return inspect(files.front(), take); }, clock,
+               log) {}
+
+/// Starts one inspector at most: whoever asks waits.
+Status EmbeddedTags::inspect(const FileDescriptor& file, const PatientInspector::TakeNext& take) {
+  if (_process && _process->hasEnded()) _process.reset();
+  if (!_process) {
+    Result<InspectorProcess> process = InspectorProcess::start(_program, _deadline, _late);
+    if (!process) return process.error();
+    _process.emplace(*std::move(process));
+  }
+  if (const int error = _process->ask(file.get()); error != 0) {
+    _process.reset();
+    return Error{"its inspector cannot be asked: " + systemErrorText(error)};
+  }
+  InspectorProcess::Answer answer = _process->next();
+  if (!_process->isAlive()) _process.reset();
+  if (!answer.wasTaken) return answer.metadata.error();
+  take(0, std::move(answer.metadata));
+  return Done{};
+}
 
 std::vector<std::string> EmbeddedTags::read(const FilePath& file) {
   // Without O_NONBLOCK, opening a named pipe would wait for its writer.
@@ -31,7 +53,7 @@ std::vector<std::string> EmbeddedTags::read(const FilePath& file) {
   if (!open.isOpen()) return {};
   std::vector<std::string> tags;
   const std::lock_guard lock(_mutex);
-  _patient.inspect({&open, 1}, [&](std::size_t, Result<metadata::FileMetadata> embedded) {
+  _patient.inspect({&open, 1}, [&](std::size_t, EmbeddedMetadata embedded) {
     if (embedded) {
       tags = tagsIn(*embedded);
     } else {

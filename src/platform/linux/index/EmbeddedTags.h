@@ -1,21 +1,24 @@
 #pragma once
 
-#include "platform/linux/index/MetadataInspector.h"
+#include "platform/linux/index/InspectorProcess.h"
 #include "platform/linux/index/PatientInspector.h"
 
 #include <chrono>
 #include <mutex>
+#include <optional>
 #include <string>
 #include <vector>
 
 namespace pelmora::platform {
 
 /// The tags that are embedded in files, as a filter knows them (`kMDItemUserTags`), read by an
-/// inspector of its own, which starts with the first file. Thread: any; one waits for another.
-/// Ownership: clock and log outlive it. Errors: no tags, and a log line.
+/// inspector of its own, which starts with the first file, at the priority of the thread that asks.
+/// Thread: any; one waits for another. Ownership: clock and log outlive it. Errors: no tags, and a
+/// log line.
 class EmbeddedTags {
  public:
-  /// Whoever asks does nothing else meanwhile, so a file has not long.
+  /// Whoever asks does nothing else meanwhile, so a file has not long, its inspector's start
+  /// included.
   static constexpr std::chrono::milliseconds kDeadline{1000};
 
   /// `program` is the inspector.
@@ -25,9 +28,14 @@ class EmbeddedTags {
   [[nodiscard]] std::vector<std::string> read(const FilePath& file);
 
  private:
+  Status inspect(const FileDescriptor& file, const PatientInspector::TakeNext& take);
+
+  const FilePath _program;
+  const std::chrono::milliseconds _deadline;
   Log& _log;
   std::mutex _mutex;  // guards all below
-  MetadataInspector _inspector;
+  LateChildren _late;
+  std::optional<InspectorProcess> _process;
   PatientInspector _patient;
 };
 

@@ -9,6 +9,8 @@
 #include <sys/stat.h>
 
 #include <algorithm>
+#include <charconv>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -20,6 +22,9 @@ using metadata::FileMetadata;
 using predicate::Constant;
 
 constexpr const char* kComment = "user.xdg.comment";
+constexpr const char* kRating = "user.baloo.rating";
+
+static_assert(kMaxTagBytes == metadata::kMaxTextBytes && kMaxTags == metadata::kMaxValues);
 
 IndexStamp stampOf(const struct stat& status) {
   return {status.st_ino, status.st_size, status.st_ctim.tv_sec, status.st_ctim.tv_nsec};
@@ -33,6 +38,15 @@ std::vector<Constant> constants(const std::vector<std::string>& texts) {
   return {texts.begin(), texts.end()};
 }
 
+/// Of a rating of the desktop's, which counts halves of stars; 0 is none.
+std::optional<std::int64_t> starsOf(std::string_view rating) {
+  std::int64_t halves = 0;
+  const auto [end, error] = std::from_chars(rating.data(), rating.data() + rating.size(), halves);
+  const bool isNumber = error == std::errc() && end == rating.data() + rating.size();
+  if (!isNumber || halves < 1 || halves > 10) return std::nullopt;
+  return halves / 2;
+}
+
 void setExtended(int file, FileMetadata& metadata) {
   const std::vector<std::string> names = extendedAttributeNames(file);
   const auto value = [&](const char* name) {
@@ -41,8 +55,11 @@ void setExtended(int file, FileMetadata& metadata) {
   };
   metadata.set("kMDItemUserTags", constants(tagsOfAttributes(value)));
   if (const auto comment = value(kComment)) {
-    const std::string text = plainText(*comment);
+    const std::string text = plainText(*comment, metadata::kMaxTextBytes);
     if (!text.empty()) metadata.set("kMDItemFinderComment", {text});
+  }
+  if (const auto rating = value(kRating)) {
+    if (const auto stars = starsOf(*rating)) metadata.set("kMDItemStarRating", {*stars});
   }
 }
 

@@ -16,9 +16,10 @@ namespace pelmora::platform {
 
 /// Brings what the store knows of a folder up to date: each file directly in it, hidden ones and
 /// subfolders left out, is looked at, and those whose stamp is not the stored one are read.
-/// Thread: one. Ownership: everything it was made with outlives it. Errors: a folder that cannot be
-/// listed has no files; a file that cannot be read has but what the file system knows of it, and a
-/// log line. While the inspector waits, files have that much too, and are left to be read later.
+/// Thread: one. Ownership: everything it was made with outlives it. Errors: of a folder that cannot
+/// be listed all stays as it is, for it may be a disk that comes back; a file that cannot be read
+/// has but what the file system knows of it, and a log line. Where that need not be so another
+/// time, and while the inspector waits, files have that much too, and are left to be read later.
 class FolderIndexer {
  public:
   struct Tools {
@@ -33,12 +34,17 @@ class FolderIndexer {
 
   explicit FolderIndexer(Tools tools) : _tools(std::move(tools)) {}
 
+  /// Whether files that could not be read before are tried again, unchanged.
+  enum class Unread { left, tried };
+
   struct Outcome {
+    bool isListed = false;
     std::size_t fileCount = 0;  // of the folder
+    bool hasChanged = false;    // some of them had to be read
     bool hasUnread = false;     // some of them are to be read later, by whichever saver
   };
-  /// `batchDone` is called whenever the store knows more.
-  Outcome update(const FilePath& folder, MetadataStore::FolderId id,
+  /// `batchDone` is called whenever the store knows more. Ends early when the store fails.
+  Outcome update(const FilePath& folder, MetadataStore::FolderId id, Unread unread,
                  const std::function<void()>& batchDone);
 
   /// How many files are read at once.
@@ -49,7 +55,7 @@ class FolderIndexer {
 
   [[nodiscard]] std::vector<std::string> changedFiles(
       const Folder& folder, std::unordered_map<std::string, IndexStamp> known, Outcome& outcome);
-  [[nodiscard]] bool isEnough(const IndexStamp& stored, const IndexStamp& now,
+  [[nodiscard]] bool isEnough(const Folder& folder, const IndexStamp& stored, const IndexStamp& now,
                               Outcome& outcome) const;
   void readBatch(const Folder& folder, std::span<const std::string> names, Outcome& outcome);
   [[nodiscard]] std::vector<MetadataStore::Entry> read(const Folder& folder,

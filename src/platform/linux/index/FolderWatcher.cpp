@@ -20,15 +20,18 @@ struct FolderWatcher::State {
   struct Folder {
     std::optional<InotifyQueue::Watch> watch;
     bool isPolled = false;
+    Seconds took = 0;         // the last look, while it is polled
     bool hasChanged = false;  // and is due for that, not to be polled
     std::optional<Due::iterator> due;
   };
 
   void renew(Entry& entry);
   void setWatch(Entry& entry, std::optional<InotifyQueue::Watch> watch);
+  void setPolled(Folder& folder, bool isPolled, Seconds took);
   void release(InotifyQueue::Watch watch, Seconds now);
   void take(const InotifyQueue::Event& event, Seconds now);
   void hasChanged(Entry& entry, Seconds now);
+  void hasLost(Seconds now);
   void dueBy(Entry& entry, Seconds moment);
   void notDue(Folder& folder);
 
@@ -38,6 +41,10 @@ struct FolderWatcher::State {
   std::unordered_multimap<InotifyQueue::Watch, Entry*> byWatch;
   Due due;
   std::optional<Seconds> everythingDue;
+  Seconds lost = 0;       // when events were, last
+  Seconds lostQuiet = 0;  // how long was waited then; 0: never
+  std::size_t polled = 0;
+  Seconds pollingTakes = 0;  // for all that are polled, once
 };
 
 /// Watches what is found at the path now, and polls it where that is not enough.
@@ -45,7 +52,16 @@ void FolderWatcher::State::renew(Entry& entry) {
   auto& [path, folder] = entry;
   const bool mayBeAdded = folder.watch || byWatch.size() < mostWatches;
   setWatch(entry, mayBeAdded ? queue.add(path) : std::nullopt);
-  folder.isPolled = !folder.watch || !isOnLocalStorage(path);
+  setPolled(folder, !folder.watch || !isOnLocalStorage(path), folder.took);
+}
+
+void FolderWatcher::State::setPolled(Folder& folder, bool isPolled, Seconds took) {
+  if (folder.isPolled) --polled;
+  if (isPolled) ++polled;
+  folder.isPolled = isPolled;
+  pollingTakes -= folder.took;
+  folder.took = isPolled ? took : 0;
+  pollingTakes = polled > 0 ? pollingTakes + folder.took : 0;
 }
 
 void FolderWatcher::State::setWatch(Entry& entry, std::optional<InotifyQueue::Watch> watch) {
@@ -66,7 +82,7 @@ void FolderWatcher::State::release(InotifyQueue::Watch watch, Seconds now) {
   for (auto user = byWatch.find(watch); user != byWatch.end(); user = byWatch.find(watch)) {
     Entry& entry = *user->second;
     setWatch(entry, std::nullopt);
-    entry.second.isPolled = true;
+    setPolled(entry.second, true, entry.second.took);
     hasChanged(entry, now);
   }
 }
@@ -83,9 +99,19 @@ void FolderWatcher::State::take(const InotifyQueue::Event& event, Seconds now) {
       release(event.watch, now);
       break;
     case InotifyQueue::Kind::lost:
-      if (!everythingDue) everythingDue = now + kQuiet;
+      hasLost(now);
       break;
   }
+}
+
+/// Where everything changes all the time, to look at everything all the time would be of no use.
+void FolderWatcher::State::hasLost(Seconds now) {
+  constexpr Seconds kForgotten = 10 * kLongestQuiet;
+  const bool isRepeated = lostQuiet > 0 && now - lost < kForgotten;
+  lost = now;
+  if (everythingDue) return;
+  lostQuiet = isRepeated ? std::min(2 * lostQuiet, kLongestQuiet) : kQuiet;
+  everythingDue = now + lostQuiet;
 }
 
 void FolderWatcher::State::hasChanged(Entry& entry, Seconds now) {
@@ -125,17 +151,14 @@ void FolderWatcher::unwatch(const FilePath& folder) {
   const auto place = _state->folders.find(folder);
   if (place == _state->folders.end()) return;
   _state->setWatch(*place, std::nullopt);
+  _state->setPolled(place->second, false, 0);
   _state->notDue(place->second);
   _state->folders.erase(place);
 }
 
 std::size_t FolderWatcher::watchedFolders() const { return _state->folders.size(); }
 
-std::size_t FolderWatcher::polledFolders() const {
-  const auto count = std::count_if(_state->folders.begin(), _state->folders.end(),
-                                   [](const auto& entry) { return entry.second.isPolled; });
-  return static_cast<std::size_t>(count);
-}
+std::size_t FolderWatcher::polledFolders() const { return _state->polled; }
 
 int FolderWatcher::descriptor() const { return _state->queue.descriptor(); }
 
@@ -171,8 +194,16 @@ void FolderWatcher::hasPolled(const FilePath& folder, Seconds now, Seconds took)
   const auto place = _state->folders.find(folder);
   if (place == _state->folders.end() || !place->second.isPolled) return;
   if (!place->second.hasChanged) _state->notDue(place->second);
-  const Seconds pause = std::max(kShortestPause, std::min(kLongestPause, kPausesPerLook * took));
-  _state->dueBy(*place, now + pause);
+  _state->setPolled(place->second, true, took > 0 ? std::min(took, kLongestPause) : 0);
+  const auto count = static_cast<Seconds>(_state->polled);
+  const Seconds longest = std::max(kLongestPause, kPausePerFolder * count);
+  _state->dueBy(*place,
+                now + std::clamp(kPausesPerLook * _state->pollingTakes, kShortestPause, longest));
+}
+
+void FolderWatcher::tellAt(const FilePath& folder, Seconds moment) {
+  const auto place = _state->folders.find(folder);
+  if (place != _state->folders.end()) _state->dueBy(*place, moment);
 }
 
 }  // namespace pelmora::platform

@@ -28,9 +28,13 @@ class FolderWatcher {
   using Seconds = double;
   /// How long changes are collected before they are told.
   static constexpr Seconds kQuiet = 0.25;
-  /// The shortest and the longest time until a polled folder is due again.
+  /// The same after events were lost, when they are lost time and again.
+  static constexpr Seconds kLongestQuiet = 60;
+  /// The shortest and the longest time until a polled folder is due again; of many folders, the
+  /// longest is `kPausePerFolder` for each.
   static constexpr Seconds kShortestPause = 5;
   static constexpr Seconds kLongestPause = 300;
+  static constexpr Seconds kPausePerFolder = 2;
 
   /// What became of it when a folder was to be watched.
   enum class Watching { byEvents, byPolling };
@@ -62,9 +66,12 @@ class FolderWatcher {
   [[nodiscard]] std::optional<Seconds> nextDue() const;
 
   /// To be called when a folder was told, by name or with everything, and has been looked at, which
-  /// took so long: a polled one is due again in fifty times that, in five seconds at least and five
-  /// minutes at most. Nothing happens for others.
+  /// took so long: a polled one is due again in fifty times what all polled folders take, but in
+  /// five seconds at least. Nothing happens for others.
   void hasPolled(const FilePath& folder, Seconds now, Seconds took);
+
+  /// Tells a folder, if it is watched, at that moment too, unless it is told before.
+  void tellAt(const FilePath& folder, Seconds moment);
 
  private:
   struct State;

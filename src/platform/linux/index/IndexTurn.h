@@ -1,6 +1,8 @@
 #pragma once
 
+#include "platform/Clock.h"
 #include "platform/FileDescriptor.h"
+#include "platform/linux/index/FileLock.h"
 #include "shared/FilePath.h"
 
 #include <functional>
@@ -13,9 +15,9 @@ namespace pelmora::platform {
 /// Thread: one.
 class IndexTurn {
  public:
-  /// `file` is locked for it, and made if missing; an empty path: the turn is always ours. `isOver`
-  /// ends the waiting.
-  IndexTurn(FilePath file, std::function<bool()> isOver);
+  /// `file` is locked for it, and made if missing; an empty path: the turn is nobody's. The clock
+  /// outlives it.
+  IndexTurn(FilePath file, const Clock& clock, Patience patience);
 
   /// Has the turn until it ends.
   class Held {
@@ -31,13 +33,17 @@ class IndexTurn {
     const int _descriptor;
   };
 
-  /// Waits for the turn, a second at most.
+  /// Waits for the turn; where that was in vain, it is not waited for again for a while.
   [[nodiscard]] Held take();
+
+  static constexpr double kUnwaited = 60;  // seconds
 
  private:
   const FilePath _file;
-  const std::function<bool()> _isOver;
+  const Clock& _clock;
+  const Patience _patience;
   FileDescriptor _descriptor;
+  double _waitsAgain = 0;  // the clock's media time from which on it is waited for
 };
 
 }  // namespace pelmora::platform

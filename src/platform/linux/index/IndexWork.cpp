@@ -12,6 +12,16 @@ constexpr double kReportAfter = 0.1;  // seconds
 // What has been asked for by nobody for so long is forgotten.
 constexpr int kUnusedDays = 60;
 
+// Each folder is looked at again, in seconds after the last time: where all is well, once a day, as
+// there are changes that nobody tells of, and the store is to know that it is used still;
+constexpr double kDay = 86'400;
+// when the store failed, most often as another process was writing;
+constexpr double kAfterFailure = 1;
+// and where something could not be read, after this, doubled each time up to a day.
+constexpr double kShortestPause = 60;
+
+constexpr double kTellLossAfter = 600;  // seconds
+
 FilePath turnFile(const FilePath& file) {
   return file.empty() ? FilePath() : FilePath(file.bytes() + "-turn");
 }
@@ -22,11 +32,13 @@ IndexWork::IndexWork(Tools tools)
     : _tools(std::move(tools)),
       _store(
           _tools.file,
-          [this](const std::string& problem) { _tools.log.print("Pelmora: %s", problem.c_str()); }),
+          [this](const std::string& problem) { _tools.log.print("Pelmora: %s", problem.c_str()); },
+          {.atMost = _tools.patience, .isOver = _tools.isOver}),
       _generation(_store.generation()),
       _watcher(_tools.mostWatches),
-      _turn(turnFile(_tools.file), _tools.isOver),
-      _inspector(_tools.inspect, _tools.clock, _tools.log),
+      _turn(turnFile(_tools.file), _tools.clock,
+            {.atMost = _tools.patience, .isOver = _tools.isOver}),
+      _inspector(_tools.inspect, _tools.clock, _tools.log, _tools.isOver),
       _indexer({.files = _tools.files,
                 .log = _tools.log,
                 .store = _store,
@@ -77,13 +89,11 @@ void IndexWork::start(QueryId id, std::uint64_t number) {
 void IndexWork::stop(QueryId id) { _queries.at(id).stop(); }
 
 void IndexWork::enter(LiveQuery& query, const std::vector<FilePath>& folders) {
+  beginAnewIfTheStoreDid();
   for (const FilePath& path : folders) {
     Folder& folder = _folders[path];
-    if (folder.isUpToDate) {
-      query.look(_store, path, folder.id, true);
-    } else {
-      enqueue(path, folder, Place::last);
-    }
+    const bool isKnown = folder.isUpToDate && query.look(_store, path, folder.id, true);
+    if (!isKnown) enqueue(path, folder, Place::last);
   }
   tellProgress();
 }
@@ -92,9 +102,10 @@ void IndexWork::leave(const std::vector<FilePath>& folders) {
   for (const FilePath& path : folders) {
     if (isSearched(path)) continue;
     _watcher.unwatch(path);
+    _leftOut.erase(path);
     const auto found = _folders.find(path);
     if (found == _folders.end()) continue;
-    if (found->second.isUpToDate) --_progress.foldersDone;
+    setUpToDate(found->second, false);
     _progress.filesDone -= found->second.fileCount;
     _folders.erase(found);
   }
@@ -126,7 +137,6 @@ void IndexWork::enqueue(const FilePath& path, Folder& folder, Place place) {
 bool IndexWork::doNext() {
   beginAnewIfTheStoreDid();
   takeChanges();
-  takeUnread();
   if (_queue.empty()) {
     report(true);
     return false;
@@ -139,36 +149,25 @@ bool IndexWork::doNext() {
   if (isSearchedNow(path)) {
     update(path, found->second);
   } else {
-    _leftOut.push_back(path);
-    if (std::exchange(found->second.isUpToDate, false)) --_progress.foldersDone;
+    _leftOut.insert(path);
+    setUpToDate(found->second, false);
   }
   return true;
 }
 
 void IndexWork::takeChanges() {
-  const FolderWatcher::Changes changes = _watcher.changes(_tools.clock.mediaTime());
+  const double now = _tools.clock.mediaTime();
+  const FolderWatcher::Changes changes = _watcher.changes(now);
   for (const FilePath& path : changes.folders) {
     const auto found = _folders.find(path);
     if (found != _folders.end()) enqueue(path, found->second, Place::first);
   }
   if (!changes.everythingMayHaveChanged) return;
-  _tools.log.write("Pelmora: Too much has changed to be followed; the folders are read again.");
-  for (auto& [path, folder] : _folders) enqueue(path, folder, Place::last);
-}
-
-void IndexWork::takeUnread() {
-  if (_inspector.isWaiting()) return;
-  for (const FilePath& path : std::exchange(_unread, {})) {
-    const auto found = _folders.find(path);
-    if (found != _folders.end()) enqueue(path, found->second, Place::last);
+  if (!_toldOfLoss || now - *_toldOfLoss >= kTellLossAfter) {
+    _toldOfLoss = now;
+    _tools.log.write("Pelmora: Too much has changed to be followed; the folders are read again.");
   }
-}
-
-std::optional<double> IndexWork::nextDue() const {
-  const std::optional<double> change = _watcher.nextDue();
-  if (_unread.empty()) return change;
-  const double retry = _inspector.waitsUntil();
-  return change ? std::min(*change, retry) : retry;
+  for (auto& [path, folder] : _folders) enqueue(path, folder, Place::last);
 }
 
 void IndexWork::beginAnewIfTheStoreDid() {
@@ -177,6 +176,7 @@ void IndexWork::beginAnewIfTheStoreDid() {
   for (auto& [id, query] : _queries) query.forgetRevisions();
   for (auto& [path, folder] : _folders) {
     folder.id = 0;
+    setUpToDate(folder, false);
     enqueue(path, folder, Place::last);
   }
 }
@@ -185,29 +185,58 @@ void IndexWork::update(const FilePath& path, Folder& folder) {
   const double begin = _tools.clock.mediaTime();
   _watcher.watch(path, begin);  // before it is listed, so that no change is missed
   tellOfPolling();
-  if (folder.id == 0) folder.id = _store.folderId(path);
-  const FolderIndexer::Outcome outcome = _indexer.update(path, folder.id, [&] {
-    lookAt(path, folder, false);
-    report(false);
-  });
+  const std::uint64_t failures = _store.failures();
+  folder.id = _store.folderId(path);
+  FolderIndexer::Outcome outcome;
+  if (folder.id != 0) {
+    using Unread = FolderIndexer::Unread;
+    const Unread unread = begin < folder.triedFrom ? Unread::left : Unread::tried;
+    outcome = _indexer.update(path, folder.id, unread, [&] {
+      lookAt(path, folder, false);
+      report(false);
+    });
+  }
   if (_tools.isOver()) return;
+  // What is stored of it is of no use while it is away.
+  if (!outcome.isListed) folder.id = 0;
   _progress.filesDone += outcome.fileCount - folder.fileCount;
   folder.fileCount = outcome.fileCount;
-  if (outcome.hasUnread) _unread.insert(path);
-  if (!std::exchange(folder.isUpToDate, true)) ++_progress.foldersDone;
+  lookAt(path, folder, _store.failures() == failures);
+  const bool isKept = _store.failures() == failures;
+  setUpToDate(folder, isKept);
   tellProgress();
-  lookAt(path, folder, true);
   report(false);
   const double end = _tools.clock.mediaTime();
-  _watcher.hasPolled(path, end, end - begin);
+  // To read what is new is no part of polling.
+  _watcher.hasPolled(path, end, outcome.hasChanged ? 0 : end - begin);
+  _watcher.tellAt(path, isKept ? nextLook(folder, outcome, begin) : end + kAfterFailure);
+}
+
+/// When a folder is to be looked at again that was looked at from `begin` until now.
+double IndexWork::nextLook(Folder& folder, const FolderIndexer::Outcome& outcome, double begin) {
+  const double now = _tools.clock.mediaTime();
+  if (outcome.isListed && !outcome.hasUnread) {
+    folder.pause = 0;
+    folder.triedFrom = 0;
+    return now + kDay;
+  }
+  if (_inspector.isWaiting()) return _inspector.waitsUntil();
+  if (begin >= folder.triedFrom) {
+    folder.pause = std::clamp(2 * folder.pause, kShortestPause, kDay);
+    folder.triedFrom = now + folder.pause;
+  }
+  return folder.triedFrom;
+}
+
+void IndexWork::setUpToDate(Folder& folder, bool isUpToDate) {
+  if (std::exchange(folder.isUpToDate, isUpToDate)) --_progress.foldersDone;
+  if (isUpToDate) ++_progress.foldersDone;
 }
 
 void IndexWork::lookAt(const FilePath& path, const Folder& folder, bool isUpToDate) {
   // Begun anew meanwhile: the folder's turn comes again.
   if (_store.generation() != _generation) return;
-  for (auto& [id, query] : _queries) {
-    if (query.isStarted()) query.look(_store, path, folder.id, isUpToDate);
-  }
+  for (auto& [id, query] : _queries) query.look(_store, path, folder.id, isUpToDate);
 }
 
 void IndexWork::report(bool all) {

@@ -5,6 +5,7 @@
 #include "platform/linux/index/FolderWatcher.h"
 #include "platform/linux/index/LiveQuery.h"
 
+#include <chrono>
 #include <cstddef>
 #include <deque>
 #include <functional>
@@ -32,6 +33,7 @@ class IndexWork {
     std::function<void(const IndexProgress&)> progress;
     FilePath file;  // where the index is kept, its folder made; empty: in memory
     std::size_t mostWatches = 0;
+    std::chrono::milliseconds patience = Patience().atMost;  // with other processes
   };
   using QueryId = std::uint64_t;
 
@@ -50,14 +52,16 @@ class IndexWork {
   /// Readable when there is more to do.
   [[nodiscard]] int descriptor() const { return _watcher.descriptor(); }
   /// When there is more to do, if nothing happens before; in seconds of the clock.
-  [[nodiscard]] std::optional<double> nextDue() const;
+  [[nodiscard]] std::optional<double> nextDue() const { return _watcher.nextDue(); }
 
  private:
   struct Folder {
-    MetadataStore::FolderId id = 0;
+    MetadataStore::FolderId id = 0;  // 0: the store has nothing of it that may be told
     bool isQueued = false;
     bool isUpToDate = false;
     std::size_t fileCount = 0;
+    double pause = 0;      // before what could not be read is tried again; 0: all could be
+    double triedFrom = 0;  // when that is
   };
   enum class Place { first, last };
 
@@ -65,10 +69,11 @@ class IndexWork {
   void leave(const std::vector<FilePath>& folders);
   void enqueue(const FilePath& path, Folder& folder, Place place);
   void takeChanges();
-  void takeUnread();
   void beginAnewIfTheStoreDid();
   void update(const FilePath& path, Folder& folder);
   void lookAt(const FilePath& path, const Folder& folder, bool isUpToDate);
+  void setUpToDate(Folder& folder, bool isUpToDate);
+  double nextLook(Folder& folder, const FolderIndexer::Outcome& outcome, double begin);
   void report(bool all);
   void tellProgress();
   void tellOfPolling();
@@ -84,12 +89,12 @@ class IndexWork {
   FolderIndexer _indexer;
   std::map<QueryId, LiveQuery> _queries;
   std::unordered_map<FilePath, Folder> _folders;
-  std::deque<FilePath> _queue;           // of folders to update; some may be gone
-  std::vector<FilePath> _leftOut;        // for no query was started that searches them
-  std::unordered_set<FilePath> _unread;  // some files of which wait for an inspector
+  std::deque<FilePath> _queue;            // of folders to update; some may be gone
+  std::unordered_set<FilePath> _leftOut;  // for no query was started that searches them
   IndexProgress _progress;
   double _lastReport = 0;
   bool _hasToldOfPolling = false;
+  std::optional<double> _toldOfLoss;  // when the log was, last
 };
 
 }  // namespace pelmora::platform

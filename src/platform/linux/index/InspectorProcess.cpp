@@ -36,11 +36,18 @@ Error breach(const std::string& what) {
   return Error{"its inspector gave a wrong answer (" + what + ")"};
 }
 
-Error tookTooLong(const char* what, std::chrono::milliseconds deadline) {
+/// What need not be the file's fault: the machine was busy, or its disk did not answer.
+EmbeddedMetadata passing(Error error) {
+  EmbeddedMetadata problem(std::move(error));
+  problem.isPassing = true;
+  return problem;
+}
+
+EmbeddedMetadata tookTooLong(const char* what, std::chrono::milliseconds deadline) {
   std::array<char, 64> text{};
   std::snprintf(text.data(), text.size(), "%s took longer than %g s", what,
                 static_cast<double>(deadline.count()) / 1000);
-  return Error{text.data()};
+  return passing(Error{text.data()});
 }
 
 bool isTimeLimit(int status) { return WTERMSIG(status) == SIGXCPU || WTERMSIG(status) == SIGALRM; }
@@ -79,12 +86,15 @@ bool isGreeting(const CheckedReply& reply) {
   return !reply.isLeaving && reply.metadata && reply.metadata->all().empty();
 }
 
-/// The next message, waited for no longer than that; nullopt when it takes longer.
+/// The next message; nullopt when it takes longer. `until` begins with the first waiting, and holds
+/// for the messages that follow.
 std::optional<Received> receiveWithin(int socket, std::span<std::byte> buffer,
-                                      std::chrono::milliseconds deadline) {
+                                      std::chrono::milliseconds deadline,
+                                      std::optional<Deadline>& until) {
   Received received = receiveMessage(socket, buffer, Waiting::no);
   if (received.error == EAGAIN) {
-    if (!Deadline(deadline).waitFor(socket)) return std::nullopt;
+    if (!until) until.emplace(deadline);
+    if (!until->waitFor(socket)) return std::nullopt;
     received = receiveMessage(socket, buffer, Waiting::no);
   }
   // The kernel's word for an end with requests unread, told once; replies may still be there.
@@ -125,16 +135,18 @@ InspectorProcess::Answer InspectorProcess::next() {
 InspectorProcess::Answer InspectorProcess::reply() {
   // One byte more, to see what is too long.
   std::array<std::byte, metadata::kMaxReplyBytes + 1> buffer;
+  std::optional<Deadline> until;
   for (;;) {
-    const std::optional<Received> received = receiveWithin(_child->socket(), buffer, _deadline);
+    const std::optional<Received> received =
+        receiveWithin(_child->socket(), buffer, _deadline, until);
     if (!received) return endWith(tookTooLong(atWork(), _deadline));
     const bool isThere = received->error == 0 && !received->message.bytes.empty();
     if (!isThere) return endWith(endOfItself());
     Result<CheckedReply> reply = check(received->message, _hasGreeted ? _answered + 1 : 0);
-    if (!reply) return endWith(reply.error());
+    if (!reply) return endWith(EmbeddedMetadata(reply.error()));
     if (_hasGreeted) {
       if (reply->isLeaving || _answered + 1 >= kMaxRequests) _child.reset();
-      return {true, std::move(reply->metadata)};
+      return {true, EmbeddedMetadata(std::move(reply->metadata))};
     }
     if (!isGreeting(*reply)) return endWith(breach("no greeting"));
     _hasGreeted = true;
@@ -145,13 +157,13 @@ const char* InspectorProcess::atWork() const {
   return _hasGreeted ? "reading it" : "the start of its inspector";
 }
 
-InspectorProcess::Answer InspectorProcess::endWith(Error error) {
+InspectorProcess::Answer InspectorProcess::endWith(EmbeddedMetadata problem) {
   _child.reset();
-  return {_hasGreeted && ahead() > 0, std::move(error)};
+  return {_hasGreeted && ahead() > 0, std::move(problem)};
 }
 
 /// Of an inspector that closed its socket instead of answering.
-Error InspectorProcess::endOfItself() {
+EmbeddedMetadata InspectorProcess::endOfItself() {
   const std::optional<int> status = _child->end(kPatience);
   if (!status) return Error{"its inspector gave no answer"};
   if (WIFSIGNALED(*status) && isTimeLimit(*status)) return tookTooLong(atWork(), _deadline);
@@ -165,7 +177,10 @@ Error InspectorProcess::endOfItself() {
         break;
     }
   }
-  return Error{"its inspector " + describeEnd(*status)};
+  Error end{"its inspector " + describeEnd(*status)};
+  // A part of the file could not be had when it was looked at in memory.
+  const bool isOfDisk = WIFSIGNALED(*status) && WTERMSIG(*status) == SIGBUS;
+  return isOfDisk ? passing(std::move(end)) : std::move(end);
 }
 
 }  // namespace pelmora::platform

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "platform/linux/ChildProcess.h"
-#include "platform/metadata/FileMetadata.h"
+#include "platform/linux/index/EmbeddedMetadata.h"
 #include "shared/Result.h"
 
 #include <chrono>
@@ -17,7 +17,7 @@ namespace pelmora::platform {
 /// person.
 class InspectorProcess {
  public:
-  /// `deadline` is for each file, and for the greeting. `late` outlives it.
+  /// `deadline` is for each file; for the first, with the greeting. `late` outlives it.
   [[nodiscard]] static Result<InspectorProcess> start(const FilePath& program,
                                                       std::chrono::milliseconds deadline,
                                                       LateChildren& late);
@@ -31,7 +31,7 @@ class InspectorProcess {
     /// False where it ended before it was ready or was asked for anything: no file has a part in
     /// it.
     bool wasTaken = true;
-    Result<metadata::FileMetadata> metadata;
+    EmbeddedMetadata metadata;
   };
   /// Waits for the answer to the first of the files that are not answered yet.
   [[nodiscard]] Answer next();
@@ -47,8 +47,8 @@ class InspectorProcess {
 
   Answer reply();
   [[nodiscard]] const char* atWork() const;
-  Answer endWith(Error error);
-  Error endOfItself();
+  Answer endWith(EmbeddedMetadata problem);
+  EmbeddedMetadata endOfItself();
 
   std::optional<ChildProcess> _child;
   std::chrono::milliseconds _deadline;

@@ -76,25 +76,34 @@ std::vector<FilePath> LiveQuery::scopes() const {
   return folders;
 }
 
-void LiveQuery::look(MetadataStore& store, const FilePath& folder, MetadataStore::FolderId id,
+bool LiveQuery::look(MetadataStore& store, const FilePath& folder, MetadataStore::FolderId id,
                      bool isUpToDate) {
   const auto found = _scopes.find(folder);
-  if (found == _scopes.end()) return;
+  if (found == _scopes.end()) return true;
   Scope& scope = found->second;
+  if (id != 0 && !find(store, folder, id, scope)) return false;
+  if (isUpToDate && !scope.isGathered) {
+    scope.isGathered = true;
+    --_toGather;
+  }
+  return true;
+}
+
+bool LiveQuery::find(MetadataStore& store, const FilePath& folder, MetadataStore::FolderId id,
+                     Scope& scope) {
+  const std::uint64_t failures = store.failures();
   if (!_prepared) _prepared = store.prepare(_predicate);
   // Read first: what changes meanwhile is looked at again, and not reported twice.
   const MetadataStore::Revision newest = store.newestRevision();
   const std::vector<std::string> matches = store.matches(*_prepared, id, scope.since);
+  if (store.failures() != failures) return false;
   for (const std::string& name : matches) {
     std::string path = (folder / name).bytes();
     const bool isNew = _reported.insert(std::hash<std::string>{}(path)).second;
     if (isNew) _items.push_back(item(name, std::move(path)));
   }
   scope.since = newest;
-  if (isUpToDate && !scope.isGathered) {
-    scope.isGathered = true;
-    --_toGather;
-  }
+  return true;
 }
 
 void LiveQuery::forgetRevisions() {

@@ -55,9 +55,10 @@ class LiveQuery {
   /// Its folders.
   [[nodiscard]] std::vector<FilePath> scopes() const;
 
-  /// Looks for what matches in a folder since the last look; `isUpToDate`: the store knows the
-  /// whole folder, which is gathered then.
-  void look(MetadataStore& store, const FilePath& folder, MetadataStore::FolderId id,
+  /// Looks for what matches in a folder since the last look, started or not; `isUpToDate`: the
+  /// store knows the whole folder, which is gathered then. An id of 0: there is nothing to be found
+  /// in the folder for now. False: the store failed, and it is to be looked at again.
+  bool look(MetadataStore& store, const FilePath& folder, MetadataStore::FolderId id,
             bool isUpToDate);
   /// The store was begun anew: everything is looked at again, but nothing reported twice.
   void forgetRevisions();
@@ -72,6 +73,7 @@ class LiveQuery {
     bool isGathered = false;
   };
 
+  bool find(MetadataStore& store, const FilePath& folder, MetadataStore::FolderId id, Scope& scope);
   void post(const char* notification, plist::Dictionary userInfo);
   void postItems();
 

@@ -14,7 +14,7 @@ namespace pelmora::platform {
 /// One thread of its own does all the work, at the lowest priority, and posts what queries find. It
 /// starts with the first query that is started; before that nothing is opened or read.
 /// Thread: main; `progress` from any. Ownership: the services outlive it, and it the queries.
-/// Destruction ends the thread, which finishes the files that it is at.
+/// Destruction ends the thread, which finishes the file that it is at.
 class MetadataIndex : public MetadataSearch {
  public:
   struct Tools {

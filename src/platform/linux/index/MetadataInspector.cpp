@@ -32,13 +32,12 @@ struct MetadataInspector::State {
 /// One call: files in their order, some asked ahead of those that are answered.
 class MetadataInspector::Run {
  public:
-  Run(State& state, std::span<const FileDescriptor> files,
-      const std::function<void(std::size_t, Answer)>& take)
+  Run(State& state, std::span<const FileDescriptor> files, const Take& take)
       : _state(state), _files(files), _take(take) {}
 
   Status run() {
     if (_state.process && _state.process->hasEnded()) _state.process.reset();
-    while (_first < _files.size()) {
+    while (_first < _files.size() && _isWanted) {
       if (!_files[_first].isOpen()) {
         answer(Error{"it is not open"});
       } else if (_state.process || start()) {
@@ -51,6 +50,8 @@ class MetadataInspector::Run {
         return _problem;
       }
     }
+    // What it was asked ahead, nobody waits for.
+    if (_state.process && _state.process->ahead() > 0) _state.process.reset();
     return Done{};
   }
 
@@ -93,16 +94,17 @@ class MetadataInspector::Run {
 
   void answer(Answer answer) {
     _starts = 0;
-    _take(_first++, std::move(answer));
+    _isWanted = _take(_first++, std::move(answer));
   }
 
   State& _state;
   const std::span<const FileDescriptor> _files;
-  const std::function<void(std::size_t, Answer)>& _take;
+  const Take& _take;
   std::size_t _first = 0;  // that is not answered
   std::size_t _next = 0;   // to be asked for
   int _error = 0;          // of the last one that was
   int _starts = 0;
+  bool _isWanted = true;  // what is not answered
   Error _problem;
 };
 
@@ -111,9 +113,7 @@ MetadataInspector::MetadataInspector(Settings settings)
 
 MetadataInspector::~MetadataInspector() = default;
 
-Status MetadataInspector::inspect(
-    std::span<const FileDescriptor> files,
-    const std::function<void(std::size_t index, Answer answer)>& take) {
+Status MetadataInspector::inspect(std::span<const FileDescriptor> files, const Take& take) {
   return Run(*_state, files, take).run();
 }
 

@@ -80,6 +80,7 @@ void enter(StoreConnection& connection, MetadataStore::FolderId folder,
 
 /// Whether the folder has this id; it is entered if neither is known.
 bool isFolder(StoreConnection& connection, MetadataStore::FolderId folder, const FilePath& path) {
+  if (folder == 0) return false;
   {
     auto execution = connection.enterFolderAs.execute();
     execution.bind(1, folder);
@@ -108,7 +109,8 @@ std::vector<std::string> sorted(std::vector<std::string> names) {
 
 /// The connection, and what becomes of it when something fails.
 struct MetadataStore::State {
-  State(FilePath path, Report reportProblem) : file(std::move(path)), report(reportProblem) {
+  State(FilePath path, Report reportProblem, const Patience& others)
+      : file(std::move(path), others), patience(others.atMost), report(std::move(reportProblem)) {
     if (file.path().empty()) {
       useMemory();
     } else if (auto lock = file.lock()) {
@@ -139,6 +141,7 @@ struct MetadataStore::State {
   }
 
   StoreFile file;
+  const std::chrono::milliseconds patience;
   Report report;
   std::unique_ptr<StoreConnection> connection;  // there is always one
   std::optional<StoreFile::Identity> identity;  // of the file that is open
@@ -146,10 +149,15 @@ struct MetadataStore::State {
   bool isInMemory = false;
   bool hasToldBusy = false;
   int damages = 0;
+  int damagesInMemory = 0;
   std::uint64_t generation = 1;
+  std::uint64_t failures = 0;
 };
 
 void MetadataStore::State::recoverFrom(const SqliteError& error) {
+  // What fails in memory again and again would for ever: nothing is begun anew for it.
+  if (isInMemory && ++damagesInMemory > kMostDamages) return;
+  ++failures;
   if (error.kind() == SqliteError::Kind::busy) {
     if (!std::exchange(hasToldBusy, true)) tell(std::string("is in use: ") + error.what());
     return;
@@ -185,7 +193,7 @@ void MetadataStore::State::openFile(bool isRunning) {
   for (int attempts = 0; attempts < 2; ++attempts) {
     if (Status made = file.make(); !made) return useMemory(made.error().message);
     try {
-      connection = std::make_unique<StoreConnection>(file.path().bytes());
+      connection = std::make_unique<StoreConnection>(file.path().bytes(), patience);
       identity = file.identity();
       logIdentity = file.logIdentity();
       return;
@@ -213,8 +221,8 @@ void MetadataStore::State::useMemory() {
   connection = std::make_unique<StoreConnection>(":memory:");
 }
 
-MetadataStore::MetadataStore(FilePath file, Report problem)
-    : _state(std::make_unique<State>(std::move(file), std::move(problem))) {}
+MetadataStore::MetadataStore(FilePath file, Report problem, Patience patience)
+    : _state(std::make_unique<State>(std::move(file), std::move(problem), patience)) {}
 
 MetadataStore::~MetadataStore() = default;
 
@@ -226,6 +234,8 @@ std::uint64_t MetadataStore::generation() {
   }
   return _state->generation;
 }
+
+std::uint64_t MetadataStore::failures() const { return _state->failures; }
 
 MetadataStore::FolderId MetadataStore::folderId(const FilePath& folder) {
   return _state->attempt([&](StoreConnection& connection) -> FolderId {
@@ -267,7 +277,10 @@ std::optional<IndexStamp> MetadataStore::stampOf(FolderId folder, const std::str
 void MetadataStore::put(FolderId folder, const FilePath& path, const std::vector<Entry>& entries) {
   _state->attempt([&](StoreConnection& connection) {
     SqliteTransaction transaction(connection.database);
-    if (!isFolder(connection, folder, path)) return Done{};
+    if (!isFolder(connection, folder, path)) {
+      ++_state->failures;
+      return Done{};
+    }
     for (const Entry& entry : entries) enter(connection, folder, entry);
     transaction.commit();
     return Done{};

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "platform/linux/index/FileLock.h"
 #include "platform/metadata/FileMetadata.h"
 #include "platform/predicate/Predicate.h"
 #include "shared/FilePath.h"
@@ -30,7 +31,8 @@ class StoreQuery;
 /// The metadata of files, kept from run to run in a database (SQLite, its log written ahead), which
 /// several processes share: each sees what the others have written. It is a cache: one that is
 /// damaged, of another version or not to be had is begun anew, and where nothing can be written it
-/// is kept in memory for this run. Thread: one at a time.
+/// is kept in memory for this run. Thread: one at a time. Errors: what cannot be answered is empty,
+/// and what cannot be kept is not; `failures` tells.
 ///
 /// Each change of a file has a number, its revision, greater than all before, so that a query is
 /// asked for what changed since the last time.
@@ -40,9 +42,10 @@ class MetadataStore {
   using Revision = std::int64_t;
 
   /// Opens the database, or begins it anew; `problem` is called with a line for the log then (not
-  /// where there was none yet). An empty path: in memory. Never fails.
+  /// where there was none yet). An empty path: in memory. Never fails. Other processes are
+  /// waited for with patience, each time.
   using Report = std::function<void(const std::string& problem)>;
-  MetadataStore(FilePath file, Report problem);
+  MetadataStore(FilePath file, Report problem, Patience patience = {});
   ~MetadataStore();
 
   [[nodiscard]] bool isInMemory() const;
@@ -52,7 +55,11 @@ class MetadataStore {
   /// the file, at most a system call.
   [[nodiscard]] std::uint64_t generation();
 
-  /// The folder's id; one that is not known is entered. It counts as used today.
+  /// Counts what was in vain, most often because another process was writing.
+  [[nodiscard]] std::uint64_t failures() const;
+
+  /// The folder's id, never 0; one that is not known is entered. It counts as used today. 0 when
+  /// that fails.
   [[nodiscard]] FolderId folderId(const FilePath& folder);
   /// The files that are known in a folder, and as which they were read.
   [[nodiscard]] std::unordered_map<std::string, IndexStamp> filesIn(FolderId folder);

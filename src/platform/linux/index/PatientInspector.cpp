@@ -6,11 +6,11 @@ namespace pelmora::platform {
 
 void PatientInspector::inspect(std::span<const FileDescriptor> files, const Take& take) {
   if (isWaiting()) return;
-  const Status status =
-      _inspect(files, [&](std::size_t index, Result<metadata::FileMetadata> embedded) {
-        if (embedded) _pause = 0;
-        take(index, std::move(embedded));
-      });
+  const Status status = _inspect(files, [&](std::size_t index, EmbeddedMetadata embedded) {
+    if (embedded) _pause = 0;
+    take(index, std::move(embedded));
+    return !_isOver();
+  });
   if (!status) waitBecauseOf(status.error());
 }
 

@@ -48,6 +48,14 @@ void collectAttributes(const Predicate& predicate, std::vector<std::size_t>& att
   }
 }
 
+/// Longer texts are evaluated rather than bound, as SQLite bounds what it takes.
+constexpr std::size_t kLongestBound = 64 << 10;
+
+bool isBindable(const Constant& constant) {
+  const auto* text = constant.get<std::string>();
+  return !text || text->size() <= kLongestBound;
+}
+
 /// How SQL writes the operator; nullptr for the others.
 const char* symbolOf(Operator type) {
   switch (type) {
@@ -157,10 +165,11 @@ class ConditionWriter {
 
   void writeComparison(const Comparison& comparison) {
     const auto attribute = attributeOf(comparison.left);
-    const auto* constant = std::get_if<Constant>(&comparison.right);
+    const Constant* const constant = predicate::constantValue(comparison.right);
     if (!attribute || !constant) return writeCall(comparison);
     if (constant->isNull()) return writeNullTest(*attribute, comparison.type);
     const Attribute& described = attributeTable()[*attribute];
+    if (!isBindable(*constant)) return writeCall(comparison);
     if (described.type == ValueType::text) return writeTextTest(*attribute, comparison, *constant);
     const auto number = numberFor(described.type, *constant);
     const char* const symbol = symbolOf(comparison.type);
@@ -187,8 +196,9 @@ class ConditionWriter {
       if (isFolded) comparison.right = foldedPattern(constant);
       return writeCall(comparison, form);
     }
-    if (isFolded) comparison.right = foldedConstant(constant);
-    const auto* text = std::get<Constant>(comparison.right).get<std::string>();
+    const Constant wanted = isFolded ? foldedConstant(constant) : constant;
+    comparison.right = wanted;
+    const auto* text = wanted.get<std::string>();
     const bool hasSeveral = attributeTable()[attribute].hasSeveral;
     if (!text || (hasSeveral && comparison.modifier == Modifier::all)) {
       return writeCall(comparison, form);

@@ -62,6 +62,12 @@ void SqliteStatement::Execution::check(int code) const {
   if (code != SQLITE_OK) throw SqliteError(code, sqlite3_db_handle(_statement));
 }
 
+void SqliteStatement::Execution::checkBound(int code) const {
+  // It is the value that is too big, and nothing in the file.
+  if (code == SQLITE_TOOBIG) throw SqliteError(SqliteError::Kind::unusable, sqlite3_errstr(code));
+  check(code);
+}
+
 int SqliteStatement::Execution::parameterCount() const {
   return sqlite3_bind_parameter_count(_statement);
 }
@@ -77,12 +83,12 @@ void SqliteStatement::Execution::bind(int parameter, double value) {
 void SqliteStatement::Execution::bind(int parameter, std::string_view bytes) {
   // No pointer would be no value.
   const char* const begin = bytes.data() ? bytes.data() : "";
-  check(sqlite3_bind_blob64(_statement, parameter, begin, bytes.size(), SQLITE_STATIC));
+  checkBound(sqlite3_bind_blob64(_statement, parameter, begin, bytes.size(), SQLITE_STATIC));
 }
 
 void SqliteStatement::Execution::bindCopy(int parameter, std::string_view bytes) {
   const char* const begin = bytes.data() ? bytes.data() : "";
-  check(sqlite3_bind_blob64(_statement, parameter, begin, bytes.size(), SQLITE_TRANSIENT));
+  checkBound(sqlite3_bind_blob64(_statement, parameter, begin, bytes.size(), SQLITE_TRANSIENT));
 }
 
 void SqliteStatement::Execution::bindPointer(int parameter, const void* pointer, const char* type) {

@@ -69,6 +69,7 @@ class SqliteStatement {
 
    private:
     void check(int code) const;
+    void checkBound(int code) const;
 
     sqlite3_stmt* _statement;
   };

@@ -37,7 +37,9 @@ bool hasOurTables(SqliteDatabase& database) {
 
 }  // namespace
 
-StoreConnection::StoreConnection(const std::string& path) : database(path) {
+StoreConnection::StoreConnection(const std::string& path, std::chrono::milliseconds patience)
+    : database(path) {
+  database.run("PRAGMA busy_timeout = " + std::to_string(patience.count()));
   configure();
   const bool isNew = isEmpty(database);
   if (!isNew) checkTables();

@@ -1,7 +1,9 @@
 #pragma once
 
+#include "platform/linux/index/FileLock.h"
 #include "platform/linux/index/SqliteDatabase.h"
 
+#include <chrono>
 #include <string>
 
 namespace pelmora::platform {
@@ -11,7 +13,9 @@ namespace pelmora::platform {
 /// other tables than we would make.
 class StoreConnection {
  public:
-  explicit StoreConnection(const std::string& path);
+  /// Others that write are waited for that long at a time.
+  explicit StoreConnection(const std::string& path,
+                           std::chrono::milliseconds patience = Patience().atMost);
 
   SqliteDatabase database;
 

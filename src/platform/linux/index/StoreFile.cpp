@@ -5,7 +5,6 @@
 #include "platform/SystemError.h"
 
 #include <fcntl.h>
-#include <sys/file.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -22,9 +21,7 @@ Result<StoreFile::Lock> StoreFile::lock() {
   FileDescriptor lock(
       ::open(beside.c_str(), O_RDWR | O_CREAT | O_NONBLOCK | O_NOFOLLOW | O_CLOEXEC, 0600));
   if (!lock.isOpen()) return systemError(beside, errno);
-  while (::flock(lock.get(), LOCK_EX) != 0) {
-    if (errno != EINTR) return systemError(beside, errno);
-  }
+  if (!lockFile(lock.get(), _patience)) return systemError(beside, errno);
   return lock;
 }
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "platform/FileDescriptor.h"
+#include "platform/linux/index/FileLock.h"
 #include "shared/FilePath.h"
 #include "shared/Result.h"
 
@@ -23,12 +24,14 @@ class StoreFile {
   };
   using Lock = FileDescriptor;
 
-  explicit StoreFile(FilePath path) : _path(std::move(path)) {}
+  explicit StoreFile(FilePath path, Patience patience = {})
+      : _path(std::move(path)), _patience(std::move(patience)) {}
 
   /// Without symbolic links above it, after it was locked once.
   [[nodiscard]] const FilePath& path() const { return _path; }
 
-  /// Waits for the others; until the descriptor is closed. The folder is made if it is missing.
+  /// Waits for the others, with patience; until the descriptor is closed. The folder is made if it
+  /// is missing.
   [[nodiscard]] Result<Lock> lock();
   /// Makes an empty file for the user alone, where there is none or something that is no file.
   [[nodiscard]] Status make();
@@ -45,6 +48,7 @@ class StoreFile {
   void unlinkWith(const char* suffix);
 
   FilePath _path;
+  Patience _patience;
 };
 
 }  // namespace pelmora::platform

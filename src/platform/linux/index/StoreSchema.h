@@ -16,8 +16,7 @@ namespace pelmora::platform {
 //
 //   folders  id, path, used (the day)
 //   files    id, which is the revision; folder, name, the stamp, folded (the name), and a column
-//   for
-//            each attribute, with another for texts as they are folded
+//            for each attribute, with another for texts as they are folded
 //
 // Texts are BLOBs of their bytes: compared byte by byte, whatever they hold. Several values are one
 // text, with `kBetween` before, between and after them. Dates are seconds since 2001.

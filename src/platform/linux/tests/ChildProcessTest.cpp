@@ -10,6 +10,9 @@
 #include <unistd.h>
 
 #include <csignal>
+#include <cstdlib>
+#include <optional>
+#include <string>
 
 namespace pelmora::platform {
 
@@ -73,6 +76,30 @@ TEST(ChildProcess, inheritsNoSignalMask) {
   for (std::string line; std::getline(status, line);) {
     if (!line.starts_with("SigBlk:")) continue;
     EXPECT_EQ(line, "SigBlk:\t0000000000000000");
+  }
+}
+
+TEST(ChildProcess, isToldTheZoneOfTheSystemWhereNoneIsSet) {
+  const auto zoneIn = [] {
+    LateChildren late;
+    const auto child = ChildProcess::start(kFakeDecoder, late);
+    if (!child) return child.error().message;
+    std::ifstream environment("/proc/" + std::to_string(child->id()) + "/environ");
+    for (std::string line; std::getline(environment, line, '\0');) {
+      if (line.starts_with("TZ=")) return line;
+    }
+    return std::string("none");
+  };
+  const char* const before = getenv("TZ");
+  const std::optional<std::string> kept = before ? std::optional(before) : std::nullopt;
+  unsetenv("TZ");
+  EXPECT_EQ(zoneIn(), "TZ=:/etc/localtime");
+  setenv("TZ", "Europe/Berlin", 1);
+  EXPECT_EQ(zoneIn(), "TZ=Europe/Berlin");
+  if (kept) {
+    setenv("TZ", kept->c_str(), 1);
+  } else {
+    unsetenv("TZ");
   }
 }
 

@@ -37,6 +37,11 @@ TEST(FileTags, areCleanText) {
   EXPECT_THAT(tagsOfText(std::string_view("\xE9,a\0b,\x1B", 7)), ElementsAre("\xEF\xBF\xBD", "ab"));
 }
 
+TEST(FileTags, areNotEndlesslyLong) {
+  EXPECT_THAT(tagsOfText(std::string(kMaxTagBytes + 1, 'x') + ",a"),
+              ElementsAre(std::string(kMaxTagBytes, 'x'), "a"));
+}
+
 TEST(FileTags, areNotEndlesslyMany) {
   std::string value;
   for (int i = 0; i < 30'000; ++i) value += "a,";

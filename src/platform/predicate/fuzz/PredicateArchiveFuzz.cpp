@@ -1,3 +1,4 @@
+#include "platform/predicate/OperatorTable.h"
 #include "platform/predicate/PredicateArchive.h"
 #include "platform/predicate/PredicateText.h"
 
@@ -10,7 +11,7 @@ using namespace pelmora::platform::predicate;
 
 bool hasUnknown(const Predicate& predicate) {
   if (const auto* comparison = predicate.get<Comparison>()) {
-    return std::get_if<UnknownExpression>(&comparison->left) ||
+    return !entryOf(comparison->type) || std::get_if<UnknownExpression>(&comparison->left) ||
            std::get_if<UnknownExpression>(&comparison->right);
   }
   const auto* compound = predicate.get<Compound>();

@@ -191,24 +191,27 @@ TEST(PredicateArchiveReader, readsTheTwinsOfClasses) {
   EXPECT_EQ(archive.read(), nameIs(Constant(Array{"x"})));
 }
 
-TEST(PredicateArchiveReader, readsAnAggregateOfConstantsAsAnArray) {
+TEST(PredicateArchiveReader, readsAnAggregateOfConstants) {
   Archive archive;
   const Uid left = archive.keyPath();
   const Uid inner = archive.aggregate({archive.constant(2.5)});
   const Uid one = archive.constant(1);
   archive.comparison(left, archive.aggregate({one, archive.constant("x"), inner, one}),
                      archive.equality());
-  EXPECT_EQ(archive.read(), nameIs(Constant(Array{1, "x", Array{2.5}, 1})));
+  EXPECT_EQ(archive.read(), nameIs(Aggregate{Array{1, "x", Array{2.5}, 1}}));
+  expectSame(archive.read());
 
   Archive empty;
   empty.comparison(empty.keyPath(), empty.aggregate({}), empty.equality());
-  EXPECT_EQ(empty.read(), nameIs(Constant(Array{})));
+  EXPECT_EQ(empty.read(), nameIs(Aggregate{Array{}}));
+  expectSame(empty.read());
 
   Archive wrapped;
   const Uid array = wrapped.list({wrapped.add("x")});
   const Uid constant = wrapped.add("NSConstantValueExpression", {{"NSConstantValue", array}});
   wrapped.comparison(wrapped.keyPath(), wrapped.aggregate({constant}), wrapped.equality());
-  EXPECT_EQ(wrapped.read(), nameIs(Constant(Array{Array{"x"}})));
+  EXPECT_EQ(wrapped.read(), nameIs(Aggregate{Array{Array{"x"}}}));
+  expectSame(wrapped.read());
 }
 
 TEST(PredicateArchiveReader, carriesAnAggregateOfOtherThings) {
@@ -284,8 +287,28 @@ TEST(PredicateArchiveReader, refusesClassesThatItDoesNotKnow) {
             "a value of the predicate is of no known kind");
 }
 
-TEST(PredicateArchiveReader, refusesOperatorsThatItDoesNotKnow) {
-  for (const int type : {-1, 0, 6, 11, 12, 98, 99, 101, 2000}) {
+TEST(PredicateArchiveReader, carriesOperatorsThatItDoesNotKnow) {
+  for (const std::int64_t type : {11LL, 12LL, 98LL, 101LL, 2000LL, 4294967295LL}) {
+    EXPECT_EQ(withOperator({{"NSOperatorType", type}}).read(),
+              Predicate(Comparison{KeyPath{"name"}, static_cast<Operator>(type), Constant("x")}));
+  }
+  Archive custom;
+  const Uid left = custom.keyPath();
+  const Uid right = custom.constant("x");
+  custom.comparison(left, right,
+                    custom.add("NSCustomPredicateOperator",
+                               {{"NSOperatorType", 11}, {"NSSelectorName", custom.add("is:")}}));
+  EXPECT_EQ(custom.read(),
+            Predicate(Comparison{KeyPath{"name"}, Operator::customSelector, Constant("x")}));
+}
+
+TEST(PredicateArchiveReader, refusesOperatorsOfOtherClassesAndNumbers) {
+  Archive archive;
+  const Uid left = archive.keyPath();
+  const Uid right = archive.constant("x");
+  archive.comparison(left, right, archive.add("NSEvilOperator", {{"NSOperatorType", 11}}));
+  EXPECT_EQ(archive.problem(), "an operator of the predicate is not known");
+  for (const std::int64_t type : {-1LL, 0LL, 6LL, 99LL, 4294967296LL}) {
     EXPECT_EQ(withOperator({{"NSOperatorType", type}}).problem(),
               "an operator of the predicate is not known")
         << type;

@@ -81,9 +81,11 @@ TEST_F(PredicateEmptiness, logsTheTypeOfOtherExpressions) {
   EXPECT_TRUE(isEmpty(comparison(Operator::equal, KeyPath{"a"})));
   EXPECT_TRUE(isEmpty(comparison(Operator::notEqual, EvaluatedObject{})));
   EXPECT_TRUE(isEmpty(comparison(Operator::contains, UnknownExpression{14})));
-  EXPECT_THAT(lines(), ElementsAre("I need to handle expressionType 3.",
-                                   "I need to handle expressionType 1.",
-                                   "I need to handle expressionType 14."));
+  EXPECT_TRUE(isEmpty(comparison(Operator::equal, Aggregate{Array{1}})));
+  EXPECT_THAT(
+      lines(),
+      ElementsAre("I need to handle expressionType 3.", "I need to handle expressionType 1.",
+                  "I need to handle expressionType 14.", "I need to handle expressionType 14."));
 }
 
 TEST_F(PredicateEmptiness, isSilentlyThatOfAnyOtherOperator) {

@@ -87,7 +87,7 @@ TEST(PredicateEvaluation, takesValuesOfDifferentKindsForUnrelated) {
     }
   }
   EXPECT_FALSE(holds("width CONTAINS 4"));
-  EXPECT_FALSE(holds("name BETWEEN 'x'"));
+  EXPECT_FALSE(holds(Comparison{KeyPath{"name"}, Operator::between, Constant("x")}));
   EXPECT_FALSE(holds("nan == nan"));
   EXPECT_FALSE(holds("nan != 1"));
 }
@@ -172,6 +172,16 @@ TEST(PredicateEvaluation, isFalseForWhatIsNotKnown) {
   EXPECT_FALSE(holds(Comparison{one, Operator::notEqual, UnknownExpression{14}}));
   EXPECT_FALSE(holds(Comparison{one, Operator::customSelector, one}));
   EXPECT_FALSE(holds(Comparison{one, static_cast<Operator>(2000), one}));
+  EXPECT_FALSE(holds(Comparison{Constant("a"), Operator::customSelector, Constant("a")}));
+  EXPECT_FALSE(holds(Comparison{KeyPath{"missing"}, Operator::customSelector, Constant()}));
+}
+
+TEST(PredicateEvaluation, takesValuesInBracesForAnArray) {
+  const Expression width = KeyPath{"width"};
+  EXPECT_TRUE(holds(Comparison{width, Operator::in, Aggregate{Array{1, 4032}}}));
+  EXPECT_TRUE(holds(Comparison{width, Operator::between, Aggregate{Array{1, 4032}}}));
+  EXPECT_FALSE(holds(Comparison{width, Operator::in, Aggregate{Array{1}}}));
+  EXPECT_TRUE(holds(Comparison{Aggregate{Array{4032}}, Operator::contains, width}));
 }
 
 TEST(PredicateEvaluation, combines) {

@@ -149,10 +149,10 @@ TEST(PredicateParser, tellsWhatIsMissingAndWhere) {
             "expected a value after 'contains[cd]' at character 28");
   EXPECT_EQ(problem("kMDItemKey contains[cd] AND"),
             "expected a value after 'contains[cd]' at character 25");
-  EXPECT_EQ(problem("é"), "'é' means nothing here, at character 1");
+  EXPECT_EQ(problem("é"), "'é' means nothing at character 1");
   EXPECT_EQ(problem(""), "expected a predicate at character 1");
   EXPECT_EQ(problem("a"), "expected an operator after 'a' at character 2");
-  EXPECT_EQ(problem("a ~"), "'~' means nothing here, at character 3");
+  EXPECT_EQ(problem("a ~"), "'~' means nothing at character 3");
   EXPECT_EQ(problem("a foo 1"), "expected an operator after 'a' at character 3");
   EXPECT_EQ(problem("'éé' foo"), "expected an operator after ''éé'' at character 6");
   EXPECT_EQ(problem("a == 1 b"), "expected AND, OR or the end after '1' at character 8");
@@ -180,6 +180,18 @@ TEST(PredicateParser, tellsWhatIsWrongInOptionsAndValues) {
   EXPECT_EQ(problem("a == CAST(1, 'NSDate'"), "expected ')' after ''NSDate'' at character 22");
   EXPECT_EQ(problem("a == 'b"), "expected the end of the text that begins at character 6");
   EXPECT_EQ(problem("a == 'b\xFF'"), "the text is not UTF-8 at character 8");
+}
+
+TEST(PredicateParser, wantsBracesBehindBetween) {
+  EXPECT_EQ(problem("a BETWEEN 1 AND 2"),
+            "expected two values in braces after 'BETWEEN' at character 11");
+  EXPECT_EQ(problem("a BETWEEN[c] 'b'"),
+            "expected two values in braces after 'BETWEEN[c]' at character 14");
+  EXPECT_EQ(problem("a BETWEEN"), "expected two values in braces after 'BETWEEN' at character 10");
+  EXPECT_EQ(problem("a BETWEEN NULL"),
+            "expected two values in braces after 'BETWEEN' at character 11");
+  EXPECT_EQ(parsed("a BETWEEN b"),
+            Predicate(Comparison{KeyPath{"a"}, Operator::between, KeyPath{"b"}}));
 }
 
 TEST(PredicateParser, tellsInOneShortLine) {

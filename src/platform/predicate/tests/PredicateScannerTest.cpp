@@ -100,9 +100,9 @@ TEST(PredicateScanner, refusesTextsWithoutEnd) {
 }
 
 TEST(PredicateScanner, refusesCharactersThatMeanNothing) {
-  EXPECT_EQ(problem(" é"), "'é' means nothing here, at character 2");
-  EXPECT_EQ(problem("&"), "'&' means nothing here, at character 1");
-  EXPECT_EQ(problem("- 1"), "'-' means nothing here, at character 1");
+  EXPECT_EQ(problem(" é"), "'é' means nothing at character 2");
+  EXPECT_EQ(problem("&"), "'&' means nothing at character 1");
+  EXPECT_EQ(problem("- 1"), "'-' means nothing at character 1");
   EXPECT_EQ(problem("\xFF"), "the text is not UTF-8 at character 1");
 }
 

@@ -41,6 +41,7 @@ TEST(Predicate, knowsThePlatformsNumbersOfExpressions) {
   EXPECT_EQ(expressionType(EvaluatedObject{}), 1u);
   EXPECT_EQ(expressionType(KeyPath{"a"}), 3u);
   EXPECT_EQ(expressionType(UnknownExpression{14}), 14u);
+  EXPECT_EQ(expressionType(Aggregate{Array{1}}), 14u);
 }
 
 TEST(Predicate, knowsThePlatformsNumbersOfOperators) {

@@ -133,10 +133,11 @@ TEST(PredicateTextWriter, writesWhatReadsBackTheSame) {
 TEST(PredicateTextWriter, writesEveryOperatorSoThatItReadsBackTheSame) {
   for (unsigned number = 0; number <= 100; ++number) {
     if (number > 10 && number < 99) continue;
+    const auto type = static_cast<Operator>(number);
+    const Constant value = type == Operator::between ? Constant(Array{"b", "c"}) : Constant("b");
     for (unsigned options = 0; options <= kAllOptions; ++options) {
       for (const Modifier modifier : {Modifier::direct, Modifier::all, Modifier::any}) {
-        expectSame(Comparison{KeyPath{"a"}, static_cast<Operator>(number), Constant("b"), modifier,
-                              options});
+        expectSame(Comparison{KeyPath{"a"}, type, value, modifier, options});
       }
     }
   }

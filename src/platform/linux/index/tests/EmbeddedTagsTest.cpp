@@ -6,6 +6,11 @@
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <sys/stat.h>
+
+#include <fstream>
+#include <iterator>
+#include <string>
 
 namespace pelmora::platform {
 
@@ -46,6 +51,19 @@ TEST_F(EmbeddedTagsTest, areNoneOfAFileThatTakesTooLongWhichOneLineSays) {
                                        (temporary.path() / "a.jpg").bytes() +
                                        "': reading it took longer than 0.5 s"));
   EXPECT_THAT(tagsOf(tags, "tag"), ElementsAre("Red", "Sea"));
+}
+
+TEST_F(EmbeddedTagsTest, waitForOneStartOfAnInspectorAndNoMore) {
+  const FilePath starts = temporary.path() / "starts";
+  const FilePath program = temporary.write(
+      "inspector", "#!/bin/sh\necho started >>'" + starts.bytes() + "'\nexec sleep 1000\n");
+  ASSERT_EQ(chmod(program.c_str(), 0700), 0);
+  EmbeddedTags tags(program, clock, log, std::chrono::milliseconds(1500));
+  EXPECT_THAT(tagsOf(tags, "tag"), IsEmpty());
+  EXPECT_THAT(log.lines(),
+              ElementsAre(HasSubstr("the start of its inspector took longer than 1.5 s")));
+  std::ifstream file(starts.bytes());
+  EXPECT_EQ(std::string(std::istreambuf_iterator<char>(file), {}), "started\n");
 }
 
 TEST_F(EmbeddedTagsTest, areNoneForAWhileWithoutAnInspectorWhichOneLineSays) {

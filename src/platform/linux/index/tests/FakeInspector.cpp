@@ -89,6 +89,7 @@ void begin(std::string_view name) {
 void endAs(std::string_view told) {
   if (told == "die") dieOf(SIGSEGV);
   if (told == "die of the time limit") dieOf(SIGALRM);
+  if (told == "die of the disk") dieOf(SIGBUS);
   if (told == "end with status 7") _exit(7);
   if (told == "hang") hang();
   if (told == "close and live on") {

@@ -5,6 +5,10 @@
 
 #include <fcntl.h>
 #include <gtest/gtest.h>
+#include <sys/xattr.h>
+
+#include <map>
+#include <string>
 
 namespace pelmora::platform {
 
@@ -50,6 +54,29 @@ TEST(FileAttributes, areThoseOfRegularFilesAlone) {
   EXPECT_FALSE(stampOf(parent.get(), "sub"));
   EXPECT_FALSE(stampOf(parent.get(), "gone"));
   EXPECT_FALSE(fileAttributes(parent.get(), "folder"));
+}
+
+TEST(FileAttributes, cutACommentAndHalveARating) {
+  const TemporaryFolder folder;
+  const FilePath path = folder.write("a.jpg", "four");
+  const auto set = [&path](const char* name, const std::string& value) {
+    return setxattr(path.c_str(), name, value.data(), value.size(), 0) == 0;
+  };
+  const auto value = [&path](const char* attribute) {
+    return valueOf(fileAttributes(open(path).get(), "a.jpg")->metadata, attribute);
+  };
+  const std::size_t most = metadata::kMaxTextBytes;
+  // Some file systems keep no attributes, or none as long.
+  if (set("user.xdg.comment", std::string(most + 1, 'x'))) {
+    EXPECT_EQ(value("kMDItemFinderComment"), Constant(std::string(most, 'x')));
+  }
+  if (!set("user.baloo.rating", "8")) return;
+  EXPECT_EQ(value("kMDItemStarRating"), Constant(4));
+  for (const auto& [rating, stars] : std::map<std::string, Constant>{
+           {"7", 3}, {"10", 5}, {"0", {}}, {"11", {}}, {"-2", {}}, {"4 ", {}}, {"", {}}}) {
+    ASSERT_TRUE(set("user.baloo.rating", rating));
+    EXPECT_EQ(value("kMDItemStarRating"), stars) << rating;
+  }
 }
 
 TEST(FileAttributes, preferTheTagsOfTheFileAndTheTypeThatIsEmbedded) {

@@ -2,6 +2,10 @@
 
 #include "platform/linux/index/tests/IndexFixture.h"
 
+#include <fcntl.h>
+#include <sys/resource.h>
+#include <sys/stat.h>
+
 #include <gmock/gmock.h>
 
 #include <filesystem>
@@ -10,10 +14,28 @@ namespace pelmora::platform {
 
 namespace {
 
+/// As long as it lives, so many descriptors can be had.
+class FewDescriptors {
+ public:
+  explicit FewDescriptors(rlim_t count) {
+    EXPECT_EQ(::getrlimit(RLIMIT_NOFILE, &_before), 0);
+    const FileDescriptor next(::open("/", O_PATH | O_CLOEXEC));
+    const rlimit few{static_cast<rlim_t>(next.get()) + count, _before.rlim_max};
+    EXPECT_EQ(::setrlimit(RLIMIT_NOFILE, &few), 0);
+  }
+  ~FewDescriptors() { EXPECT_EQ(::setrlimit(RLIMIT_NOFILE, &_before), 0); }
+  FewDescriptors(const FewDescriptors&) = delete;
+  FewDescriptors& operator=(const FewDescriptors&) = delete;
+
+ private:
+  rlimit _before{};
+};
+
 class FolderIndexerTest : public IndexFixture {
  protected:
-  FolderIndexer::Outcome update() {
-    return indexer.update(folder, store.folderId(folder), [this] { ++batches; });
+  using Unread = FolderIndexer::Unread;
+  FolderIndexer::Outcome update(Unread unread = Unread::tried) {
+    return indexer.update(folder, store.folderId(folder), unread, [this] { ++batches; });
   }
   [[nodiscard]] std::vector<std::string> filesWith(const char* attribute, const char* value) {
     const auto query = store.prepare(predicate::Comparison{
@@ -26,16 +48,18 @@ class FolderIndexerTest : public IndexFixture {
 
   const FilePath folder = temporary.mkdir("pictures");
   MetadataStore store{FilePath(), [](const std::string&) {}};
-  IndexTurn turn{FilePath(), [] { return false; }};
+  IndexTurn turn{FilePath(), fakes.clock, {}};
   bool isOver = false;
+  int filesUntilItIsOver = -1;  // negative: it goes on
   int batches = 0;
-  PatientInspector inspector{inspect(), fakes.clock, fakes.log};
+  PatientInspector inspector{inspect(), fakes.clock, fakes.log,
+                             [this] { return isOver || filesRead == filesUntilItIsOver; }};
   FolderIndexer indexer{{.files = fakes.files,
                          .log = fakes.log,
                          .store = store,
                          .turn = turn,
                          .inspector = inspector,
-                         .isOver = [this] { return isOver; }}};
+                         .isOver = [this] { return isOver || filesRead == filesUntilItIsOver; }}};
 };
 
 }  // namespace
@@ -116,12 +140,61 @@ TEST_F(FolderIndexerTest, entersNothingTwiceWhileTheInspectorWaits) {
   EXPECT_EQ(inspectorsAskedFor, 1);
 }
 
-TEST_F(FolderIndexerTest, hasNoFilesForAFolderThatIsGone) {
-  temporary.write("pictures/a.jpg", "one");
+TEST_F(FolderIndexerTest, keepsWhatItHasReadWhenItIsToldToEndBetweenFiles) {
+  for (const char* name : {"a", "b", "c"}) temporary.write("pictures/" + std::string(name), "one");
+  filesUntilItIsOver = 2;
+  EXPECT_FALSE(update().hasUnread);
+  EXPECT_EQ(filesRead, 2);
+  EXPECT_EQ(store.filesIn(store.folderId(folder)).size(), 2U);
+  filesUntilItIsOver = -1;
   (void)update();
-  std::filesystem::remove_all(folder.bytes());
-  EXPECT_EQ(update().fileCount, 0U);
-  EXPECT_THAT(filesWithTitle("one"), testing::IsEmpty());
+  EXPECT_EQ(filesRead, 3);
+}
+
+TEST_F(FolderIndexerTest, readsLaterWhatADiskDidNotGive) {
+  temporary.write("pictures/a.jpg", "one");
+  isDiskSlow = true;
+  EXPECT_TRUE(update().hasUnread);
+  EXPECT_THAT(filesWith("kMDItemFSName", "a.jpg"), testing::ElementsAre("a.jpg"));
+  EXPECT_TRUE(update(Unread::left).hasUnread);
+  EXPECT_EQ(filesRead, 1);
+  EXPECT_TRUE(update(Unread::tried).hasUnread);
+  EXPECT_EQ(filesRead, 2);
+  isDiskSlow = false;
+  EXPECT_FALSE(update(Unread::tried).hasUnread);
+  EXPECT_THAT(filesWithTitle("one"), testing::ElementsAre("a.jpg"));
+}
+
+TEST_F(FolderIndexerTest, readsLaterWhatCouldNotBeOpenedForWantOfDescriptors) {
+  for (const char* name : {"a", "b", "c", "d"}) {
+    temporary.write("pictures/" + std::string(name), "one");
+  }
+  {
+    const FewDescriptors few(3);  // two at a time to list the folder, beside it
+    EXPECT_TRUE(update().hasUnread);
+  }
+  EXPECT_THAT(filesWithTitle("one"), testing::SizeIs(2));
+  EXPECT_FALSE(update().hasUnread);
+  EXPECT_THAT(filesWithTitle("one"), testing::SizeIs(4));
+}
+
+TEST_F(FolderIndexerTest, doesNotTryAgainWhatMayNotBeOpened) {
+  temporary.link("pictures/a.jpg", temporary.path() / "pictures/a.jpg");
+  ASSERT_EQ(::mkfifo((folder / "pipe").c_str(), 0600), 0);
+  EXPECT_FALSE(update().hasUnread);
+}
+
+TEST_F(FolderIndexerTest, keepsWhatIsKnownOfAFolderThatCannotBeListed) {
+  temporary.write("pictures/a.jpg", "one");
+  EXPECT_TRUE(update().isListed);
+  const FilePath away = temporary.path() / "away";
+  std::filesystem::rename(folder.bytes(), away.bytes());
+  const auto outcome = update();
+  EXPECT_FALSE(outcome.isListed);
+  EXPECT_EQ(outcome.fileCount, 0U);
+  std::filesystem::rename(away.bytes(), folder.bytes());
+  EXPECT_FALSE(update().hasChanged);
+  EXPECT_EQ(filesRead, 1);
 }
 
 }  // namespace pelmora::platform

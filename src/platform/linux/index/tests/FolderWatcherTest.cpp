@@ -1,6 +1,7 @@
 #include "platform/linux/index/FolderWatcher.h"
 
 #include "platform/fake/TemporaryFolder.h"
+#include "platform/linux/index/tests/LostEvents.h"
 
 #include <fcntl.h>
 #include <poll.h>
@@ -13,7 +14,6 @@
 
 #include <cmath>
 #include <cstdio>
-#include <fstream>
 #include <functional>
 #include <string>
 
@@ -43,23 +43,6 @@ bool isReadable(int descriptor) {
 
 void rename(const FilePath& from, const FilePath& to) {
   ASSERT_EQ(std::rename(from.c_str(), to.c_str()), 0);
-}
-
-std::size_t mostQueuedEvents() {
-  std::size_t count = 0;
-  std::ifstream("/proc/sys/fs/inotify/max_queued_events") >> count;
-  return count;
-}
-
-/// More than the kernel keeps. Equal events in a row would be kept as one.
-void causeMoreEventsThanAreKept(const TemporaryFolder& temporary) {
-  const FilePath one = temporary.write("one");
-  const FilePath other = temporary.write("other");
-  const std::size_t count = mostQueuedEvents();
-  ASSERT_GT(count, 0U);
-  for (std::size_t i = 0; i <= count; ++i) {
-    ASSERT_EQ(::chmod((i % 2 ? one : other).c_str(), 0600), 0);
-  }
 }
 
 /// As long as it lives, no descriptor can be had.
@@ -231,7 +214,7 @@ TEST(FolderWatcher, pollsTheLessOftenTheLongerItTakes) {
   };
   double now = 5;
   for (const Case& next : {Case{0, 5}, Case{0.1, 5}, Case{0.5, 25}, Case{6, 300}, Case{1e9, 300},
-                           Case{-1, 5}, Case{std::nan(""), 300}}) {
+                           Case{-1, 5}, Case{std::nan(""), 5}}) {
     ASSERT_THAT(watcher.changes(now).folders, ElementsAre(folder));
     watcher.hasPolled(folder, now, next.took);
     EXPECT_EQ(watcher.nextDue(), now + next.pause) << next.took;
@@ -252,6 +235,37 @@ TEST(FolderWatcher, countsThePauseFromTheLastLookUnlessSomethingChanged) {
   EXPECT_THAT(watcher.changes(10).folders, IsEmpty());
   watcher.hasPolled(folder, 10, 1);
   EXPECT_EQ(watcher.nextDue(), 10 + kQuiet);
+}
+
+TEST(FolderWatcher, pollsManyFoldersNoMoreOfTheTimeThanOne) {
+  FolderWatcher watcher;
+  constexpr int kFolders = 2000;
+  const auto folder = [](int i) { return FilePath("/missing/" + std::to_string(i)); };
+  for (int i = 0; i < kFolders; ++i) (void)watcher.watch(folder(i), 0);
+  EXPECT_EQ(watcher.polledFolders(), 2000U);
+  (void)watcher.changes(5);
+  constexpr double kTook = 1.0 / 512;
+  for (int i = 0; i < kFolders; ++i) watcher.hasPolled(folder(i), 10, kTook);
+  EXPECT_EQ(watcher.changes(10 + 50 * kTook * 1000).folders.size(), 1000U);
+  EXPECT_EQ(watcher.changes(10 + 50 * kTook * 2000).folders.size(), 1000U);
+  watcher.hasPolled(folder(1), 1000, 1e9);
+  EXPECT_EQ(watcher.nextDue(), 1000 + FolderWatcher::kPausePerFolder * kFolders);
+  for (int i = 1; i < kFolders; ++i) watcher.unwatch(folder(i));
+  watcher.hasPolled(folder(0), 2000, 0.25);
+  EXPECT_EQ(watcher.nextDue(), 2000 + 12.5);
+}
+
+TEST(FolderWatcher, tellsAFolderAtAMomentThatItWasAskedFor) {
+  const TemporaryFolder temporary;
+  FolderWatcher watcher;
+  (void)watcher.watch(temporary.path(), 0);
+  watcher.tellAt(FilePath("/unknown"), 1);
+  watcher.tellAt(temporary.path(), 20);
+  watcher.tellAt(temporary.path(), 10);
+  watcher.tellAt(temporary.path(), 30);
+  EXPECT_EQ(watcher.nextDue(), 10);
+  EXPECT_THAT(watcher.changes(10).folders, ElementsAre(temporary.path()));
+  EXPECT_FALSE(watcher.nextDue());
 }
 
 TEST(FolderWatcher, hasNothingToPollOfOthers) {
@@ -345,7 +359,7 @@ TEST(FolderWatcher, tellsThatEverythingMayHaveChangedWhenEventsWereLost) {
   FolderWatcher watcher;
   (void)watcher.watch(temporary.path(), 0);
   (void)watcher.watch(folder, 0);
-  causeMoreEventsThanAreKept(temporary);
+  causeMoreEventsThanAreKept(temporary.path());
   rename(folder, temporary.path() / "old");
   (void)temporary.mkdir("folder");
   EXPECT_FALSE(watcher.changes(1).everythingMayHaveChanged);
@@ -356,6 +370,24 @@ TEST(FolderWatcher, tellsThatEverythingMayHaveChangedWhenEventsWereLost) {
 
   (void)temporary.write("folder/file");
   EXPECT_THAT(toldAfter(watcher, 2), ElementsAre(folder));
+}
+
+TEST(FolderWatcher, looksAtEverythingMoreAndMoreSeldomWhileEventsAreLost) {
+  const TemporaryFolder temporary;
+  FolderWatcher watcher;
+  (void)watcher.watch(temporary.path(), 0);
+  double now = 1;
+  for (const double quiet : {kQuiet, 2 * kQuiet, 4 * kQuiet}) {
+    causeMoreEventsThanAreKept(temporary.path());
+    EXPECT_FALSE(watcher.changes(now).everythingMayHaveChanged);
+    EXPECT_FALSE(watcher.changes(now + 0.99 * quiet).everythingMayHaveChanged);
+    EXPECT_TRUE(watcher.changes(now + quiet).everythingMayHaveChanged);
+    now += quiet;
+  }
+  now += 1000;
+  causeMoreEventsThanAreKept(temporary.path());
+  (void)watcher.changes(now);
+  EXPECT_TRUE(watcher.changes(now + kQuiet).everythingMayHaveChanged);
 }
 
 }  // namespace pelmora::platform

@@ -27,7 +27,7 @@ class IndexFixture : public testing::Test {
   /// Reads a few bytes of each file as its title, and counts the files.
   [[nodiscard]] PatientInspector::Inspect inspect() {
     return [this](std::span<const FileDescriptor> files,
-                  const PatientInspector::Take& take) -> Status {
+                  const PatientInspector::TakeNext& take) -> Status {
       ++inspectorsAskedFor;
       for (std::size_t i = 0; i < files.size(); ++i) {
         if (filesRead == filesUntilItIsGone) return Error{"there is no inspector"};
@@ -37,8 +37,10 @@ class IndexFixture : public testing::Test {
         metadata::FileMetadata embedded;
         const std::string title(text, size < 0 ? 0 : static_cast<std::size_t>(size));
         if (!title.empty()) embedded.set("kMDItemTitle", {predicate::Constant(title)});
-        take(i, title == "broken" ? Result<metadata::FileMetadata>(Error{"it is broken"})
-                                  : Result<metadata::FileMetadata>(std::move(embedded)));
+        EmbeddedMetadata answer(std::move(embedded));
+        if (title == "broken" || isDiskSlow) answer = Error{"it is broken"};
+        answer.isPassing = isDiskSlow;
+        if (!take(i, std::move(answer))) return Done{};
       }
       return Done{};
     };
@@ -64,6 +66,7 @@ class IndexFixture : public testing::Test {
   int filesRead = 0;
   int filesUntilItIsGone = -1;  // negative: it stays
   int inspectorsAskedFor = 0;
+  bool isDiskSlow = false;  // no file can be read for now
   std::vector<std::string> posts;
   Reported reported;  // how often each path was
 };

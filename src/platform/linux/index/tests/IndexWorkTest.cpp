@@ -1,6 +1,8 @@
 #include "platform/linux/index/IndexWork.h"
 
+#include "platform/linux/index/SqliteDatabase.h"
 #include "platform/linux/index/tests/IndexFixture.h"
+#include "platform/linux/index/tests/LostEvents.h"
 
 #include <gmock/gmock.h>
 
@@ -10,13 +12,16 @@ namespace pelmora::platform {
 
 namespace {
 
+constexpr double kDay = 86'400;  // seconds
+
 class IndexWorkTest : public IndexFixture {
  protected:
-  void search(const char* text) {
-    work.addQuery(1, state);
-    work.setPredicate(1, parse(text));
-    work.setScopes(1, {folder});
-    work.start(1, 1);
+  void search(const char* text, IndexWork::QueryId id = 1) { search(text, {folder}, id); }
+  void search(const char* text, const std::vector<FilePath>& folders, IndexWork::QueryId id = 1) {
+    work.addQuery(id, id == 1 ? state : std::make_shared<QueryState>());
+    work.setPredicate(id, parse(text));
+    work.setScopes(id, folders);
+    work.start(id, 1);
     run();
   }
   IndexWork::Tools tools() {
@@ -28,7 +33,8 @@ class IndexWorkTest : public IndexFixture {
             .isOver = [] { return false; },
             .progress = [this](const IndexProgress& told) { progress = told; },
             .file = file,
-            .mostWatches = 100};
+            .mostWatches = 100,
+            .patience = std::chrono::milliseconds(10)};
   }
   void run() {
     while (work.doNext()) {
@@ -115,7 +121,7 @@ TEST_F(IndexWorkTest, findsFilesByTheirNamesWithoutAnInspectorAndByTheRestOnceTh
   runWhenDue();
   EXPECT_EQ(reported, (Reported{{(folder / "a.jpg").bytes(), 2}}));
   EXPECT_EQ(inspectorsAskedFor, 3);
-  EXPECT_EQ(work.nextDue(), std::nullopt);
+  EXPECT_EQ(work.nextDue(), fakes.clock.mediaTime() + kDay);
   EXPECT_THAT(fakes.log.lines(), testing::SizeIs(1));
 }
 
@@ -156,6 +162,127 @@ TEST_F(IndexWorkTest, readsInTheNextRunWhatHadNoInspectorInThisOne) {
   while (next.doNext()) {
   }
   EXPECT_EQ(reported, (Reported{{(folder / "a.jpg").bytes(), 1}}));
+}
+
+TEST_F(IndexWorkTest, losesNothingWhileAnotherProcessIsWriting) {
+  const FilePath more = temporary.mkdir("more");
+  temporary.write("pictures/a.jpg", "one");
+  temporary.write("more/b.jpg", "one");
+  SqliteDatabase other(file.bytes());
+  {
+    SqliteTransaction writing(other);
+    search("kMDItemTitle == 'one'", {folder, more});
+    EXPECT_THAT(posts, testing::IsEmpty());
+    EXPECT_EQ(progress.foldersDone, 0U);
+    EXPECT_EQ(work.nextDue(), fakes.clock.mediaTime() + 1);
+  }
+  runWhenDue();
+  EXPECT_EQ(reported, (Reported{{(folder / "a.jpg").bytes(), 1}, {(more / "b.jpg").bytes(), 1}}));
+  EXPECT_EQ(progress.foldersDone, 2U);
+}
+
+TEST_F(IndexWorkTest, entersLaterWhatCouldNotBeEnteredAtOnce) {
+  search("kMDItemTitle == 'one'");
+  temporary.write("pictures/a.jpg", "one");
+  SqliteDatabase other(file.bytes());
+  {
+    SqliteTransaction writing(other);
+    runLater();
+    EXPECT_EQ(filesRead, 1);
+    EXPECT_EQ(work.nextDue(), fakes.clock.mediaTime() + 1);
+  }
+  runWhenDue();
+  EXPECT_EQ(reported, (Reported{{(folder / "a.jpg").bytes(), 1}}));
+}
+
+TEST_F(IndexWorkTest, triesWhatADiskDoesNotGiveLessAndLessOftenWhateverElseHappens) {
+  temporary.write("pictures/a.jpg", "one");
+  isDiskSlow = true;
+  search("kMDItemTitle == 'one'");
+  for (const double seconds : {60, 120, 240}) {
+    EXPECT_EQ(work.nextDue(), fakes.clock.mediaTime() + seconds);
+    runWhenDue();
+  }
+  EXPECT_EQ(filesRead, 4);
+  temporary.write("pictures/b.jpg", "one");
+  runLater();
+  EXPECT_EQ(filesRead, 5) << "the new one";
+  isDiskSlow = false;
+  runWhenDue();
+  EXPECT_EQ(reported.size(), 2U);
+  EXPECT_EQ(work.nextDue(), fakes.clock.mediaTime() + kDay);
+}
+
+TEST_F(IndexWorkTest, keepsWhatItKnowsOfADiskThatIsAwayAndTellsNobodyOfIt) {
+  temporary.write("pictures/a.jpg", "one");
+  search("kMDItemTitle == 'one'");
+  const FilePath away = temporary.path() / "away";
+  std::filesystem::rename(folder.bytes(), away.bytes());
+  runLater();
+  EXPECT_EQ(progress.filesDone, 0U);
+  posts.clear();
+  search("kMDItemTitle == 'one'", 2);
+  EXPECT_EQ(reported, (Reported{{(folder / "a.jpg").bytes(), 1}}));
+  EXPECT_THAT(posts, testing::ElementsAre(NSMetadataQueryDidFinishGatheringNotification));
+  std::filesystem::rename(away.bytes(), folder.bytes());
+  runWhenDue();
+  EXPECT_EQ(reported, (Reported{{(folder / "a.jpg").bytes(), 2}}));
+  EXPECT_EQ(filesRead, 1);
+}
+
+TEST_F(IndexWorkTest, looksAtEachFolderOnceADaySoThatItCountsAsUsed) {
+  search("kMDItemTitle == 'one'");
+  SqliteDatabase other(file.bytes());
+  other.run("UPDATE folders SET used = used - 61");
+  EXPECT_EQ(work.nextDue(), fakes.clock.mediaTime() + kDay);
+  runWhenDue();
+  MetadataStore(file, {}).forgetUnused(60);
+  SqliteStatement statement = other.prepare("SELECT 1 FROM folders");
+  EXPECT_TRUE(statement.execute().step());
+}
+
+TEST_F(IndexWorkTest, findsForAStoppedQueryWhatChangesWhileAnotherRuns) {
+  search("kMDItemTitle == 'one'");
+  search("kMDItemTitle == 'two'", 2);
+  work.stop(1);
+  temporary.write("pictures/a.jpg", "one");
+  runLater();
+  EXPECT_THAT(reported, testing::IsEmpty());
+  work.start(1, 2);
+  run();
+  EXPECT_EQ(reported, (Reported{{(folder / "a.jpg").bytes(), 1}}));
+}
+
+TEST_F(IndexWorkTest, hasEverythingToDoAgainWhenTheIndexIsDeleted) {
+  temporary.write("pictures/a.jpg", "one");
+  search("kMDItemTitle == 'one'");
+  EXPECT_EQ(progress.foldersDone, 1U);
+  for (const char* suffix : {"", "-wal", "-shm"}) {
+    std::filesystem::remove(file.bytes() + suffix);
+  }
+  work.addQuery(2, std::make_shared<QueryState>());
+  work.setPredicate(2, parse("kMDItemTitle == 'one'"));
+  work.setScopes(2, {folder});
+  EXPECT_EQ(progress.foldersDone, 0U);
+  EXPECT_EQ(progress.foldersToDo, 1U);
+  work.start(2, 1);
+  run();
+  EXPECT_EQ(progress.foldersDone, 1U);
+  EXPECT_EQ(reported, (Reported{{(folder / "a.jpg").bytes(), 2}}));
+}
+
+TEST_F(IndexWorkTest, saysNowAndThenThatChangesWereLost) {
+  search("TRUEPREDICATE");
+  const auto loseEvents = [this] {
+    causeMoreEventsThanAreKept(folder);
+    runLater();
+  };
+  loseEvents();
+  loseEvents();
+  EXPECT_THAT(fakes.log.lines(), testing::SizeIs(1));
+  fakes.clock.advanceTo(fakes.clock.mediaTime() + 600);
+  loseEvents();
+  EXPECT_THAT(fakes.log.lines(), testing::SizeIs(2));
 }
 
 TEST_F(IndexWorkTest, leavesFoldersAloneThatNoStartedQuerySearches) {

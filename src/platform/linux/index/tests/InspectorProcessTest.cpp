@@ -16,7 +16,7 @@ using testing::StartsWith;
 namespace {
 
 constexpr std::chrono::milliseconds kLong{20'000};
-constexpr std::chrono::milliseconds kShort{20};
+constexpr std::chrono::milliseconds kShort{500};
 
 class InspectorProcessTest : public testing::Test {
  protected:
@@ -78,7 +78,20 @@ TEST_F(InspectorProcessTest, saysHowItEnded) {
   EXPECT_EQ(lastWord("die of the time limit"), "reading it took longer than 20 s");
   EXPECT_EQ(lastWord("end with status 7"), "its inspector ended (status 7)");
   EXPECT_EQ(lastWord("close and live on"), "its inspector gave no answer");
-  EXPECT_EQ(lastWord("hang", kShort), "reading it took longer than 0.02 s");
+  EXPECT_EQ(lastWord("hang", kShort), "reading it took longer than 0.5 s");
+}
+
+TEST_F(InspectorProcessTest, tellsWhatNeedNotBeTheFilesFault) {
+  const auto isPassing = [this](std::string_view text, std::chrono::milliseconds deadline = kLong) {
+    InspectorProcess process = start(deadline);
+    return ask(process, text).metadata.isPassing;
+  };
+  EXPECT_TRUE(isPassing("hang", kShort));
+  EXPECT_TRUE(isPassing("die of the time limit"));
+  EXPECT_TRUE(isPassing("die of the disk"));
+  for (const char* text : {"die", "fail", "nonsense", "end with status 7", "4"}) {
+    EXPECT_FALSE(isPassing(text)) << text;
+  }
 }
 
 TEST_F(InspectorProcessTest, believesNothingThatIsWrong) {
@@ -120,7 +133,7 @@ TEST_F(InspectorProcessTest, blamesNoFileForOneThatDoesNotBegin) {
   ASSERT_EQ(process.ask(telling("3").get()), 0);
   const auto answer = process.next();
   EXPECT_FALSE(answer.wasTaken);
-  EXPECT_EQ(answer.metadata.error().message, "the start of its inspector took longer than 0.02 s");
+  EXPECT_EQ(answer.metadata.error().message, "the start of its inspector took longer than 0.5 s");
 }
 
 TEST_F(InspectorProcessTest, cannotBeStartedWithoutAProgram) {

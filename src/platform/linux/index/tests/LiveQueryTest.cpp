@@ -109,6 +109,18 @@ TEST_F(LiveQueryTest, reportsAllAtOnceHoweverManyThereAre) {
                                           NSMetadataQueryDidFinishGatheringNotification));
 }
 
+TEST_F(LiveQueryTest, gathersAFolderThatHasNothingForNowAndFindsItsFilesLater) {
+  put("a.jpg", "one");
+  query.start(1);
+  EXPECT_TRUE(query.look(store, folder, 0, true));
+  query.report(true);
+  EXPECT_THAT(posts, testing::ElementsAre(NSMetadataQueryDidFinishGatheringNotification));
+  EXPECT_THAT(reported, testing::IsEmpty());
+  look(true);
+  query.report(true);
+  EXPECT_EQ(reported.size(), 1U);
+}
+
 TEST_F(LiveQueryTest, tellsTheScopesThatItLeaves) {
   EXPECT_THAT(query.setScopes({FilePath("/other")}), testing::ElementsAre(folder));
   EXPECT_FALSE(query.searches(folder));

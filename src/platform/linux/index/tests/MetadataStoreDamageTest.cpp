@@ -249,5 +249,17 @@ TEST_F(MetadataStoreDamage, takesWhatIsDamagedTimeAndAgainIntoMemory) {
   expectThatItWorks(*store);
 }
 
+TEST_F(MetadataStoreDamage, givesUpWhatFailsInMemoryAgainAndAgain) {
+  MetadataStore store({}, [this](const std::string& problem) { _problems.push_back(problem); });
+  const FilePath endless("/" + std::string(17 << 20, 'x'));
+  for (int i = 0; i < 5; ++i) EXPECT_EQ(store.folderId(endless), 0);
+  const std::uint64_t generation = store.generation();
+  EXPECT_THAT(_problems, SizeIs(3));
+  EXPECT_EQ(store.folderId(endless), 0);
+  EXPECT_EQ(store.generation(), generation);
+  EXPECT_THAT(_problems, SizeIs(3));
+  expectThatItWorks(store);
+}
+
 }  // namespace
 }  // namespace pelmora::platform

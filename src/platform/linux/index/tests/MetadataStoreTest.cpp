@@ -3,6 +3,7 @@
 #include "platform/fake/TemporaryFolder.h"
 #include "platform/FileDescriptor.h"
 #include "platform/linux/index/SqliteDatabase.h"
+#include "platform/linux/index/StoreFile.h"
 #include "platform/predicate/PredicateText.h"
 
 #include <gmock/gmock.h>
@@ -199,6 +200,36 @@ TEST_F(MetadataStoreTest, showsWhatAnotherHasWritten) {
   other->put(other->folderId(kFolder), kFolder, {file("a", 5)});
   EXPECT_GT(store->newestRevision(), before);
   EXPECT_THAT(store->matches(*query, id, before), ElementsAre("a"));
+}
+
+TEST_F(MetadataStoreTest, tellsWhatWasInVainWhileAnotherWrites) {
+  std::vector<std::string> problems;
+  MetadataStore store(_path, [&](const std::string& problem) { problems.push_back(problem); },
+                      {.atMost = std::chrono::milliseconds(1)});
+  const auto id = store.folderId(kFolder);
+  EXPECT_EQ(store.failures(), 0u);
+  {
+    SqliteDatabase other(_path.bytes());
+    const SqliteTransaction writing(other);
+    store.put(id, kFolder, {file("a")});
+    EXPECT_EQ(store.failures(), 1u);
+    store.remove(id, {"a"});
+    EXPECT_EQ(store.folderId(FilePath("/other")), 0);
+    EXPECT_EQ(store.failures(), 3u);
+    EXPECT_EQ(store.folderId(kFolder), id);
+    EXPECT_EQ(store.failures(), 3u);
+  }
+  store.put(0, kFolder, {file("a")});
+  EXPECT_EQ(store.failures(), 4u) << "0 is no folder";
+  EXPECT_THAT(problems, SizeIs(1));
+}
+
+TEST_F(MetadataStoreTest, isKeptInMemoryWhereAnotherDoesNotLetItIn) {
+  StoreFile other(_path);
+  const auto lock = other.lock();
+  ASSERT_TRUE(lock.ok());
+  const MetadataStore store(_path, {}, {.atMost = std::chrono::milliseconds(1)});
+  EXPECT_TRUE(store.isInMemory());
 }
 
 /// Writes until it is killed, and says when the first batch is done.

@@ -32,14 +32,17 @@ class PatientInspectorTest : public testing::Test {
   std::size_t answered = 3;  // before the inspector is gone
   Result<FileMetadata> answer{FileMetadata()};
   int asked = 0;
-  PatientInspector inspector{
-      [this](std::span<const FileDescriptor> files, const PatientInspector::Take& take) -> Status {
-        ++asked;
-        for (std::size_t i = 0; i < answered; ++i) take(i, answer);
-        if (answered < files.size()) return Error{"it is gone"};
-        return Done{};
-      },
-      clock, log};
+  PatientInspector inspector{[this](std::span<const FileDescriptor> files,
+                                    const PatientInspector::TakeNext& take) -> Status {
+                               ++asked;
+                               for (std::size_t i = 0; i < answered; ++i) {
+                                 if (!take(i, answer)) return Done{};
+                               }
+                               if (answered < files.size()) return Error{"it is gone"};
+                               return Done{};
+                             },
+                             clock, log, [this] { return isOver; }};
+  bool isOver = false;
 };
 
 constexpr const char* kLine =
@@ -53,6 +56,12 @@ TEST_F(PatientInspectorTest, asksAgainAtOnceWhileAllIsWell) {
   EXPECT_EQ(inspect(), 3U);
   EXPECT_FALSE(inspector.isWaiting());
   EXPECT_THAT(log.lines(), testing::IsEmpty());
+}
+
+TEST_F(PatientInspectorTest, wantsNoMoreWhenItIsOver) {
+  isOver = true;
+  EXPECT_EQ(inspect(), 1U);
+  EXPECT_FALSE(inspector.isWaiting());
 }
 
 TEST_F(PatientInspectorTest, asksForNoneWhileItWaits) {

@@ -83,11 +83,33 @@ TEST(PredicateSql, callsForWhatSqlDoesNotSay) {
   EXPECT_THAT(both.calls.at(0)->attributes, ElementsAre(city, country));
 }
 
+TEST(PredicateSql, bindsNoTextThatSqliteMayRefuse) {
+  const auto sqlWith = [](const char* begin, std::size_t length) {
+    return sqlOf(begin + (" '" + std::string(length, 'x') + "'"));
+  };
+  for (const char* begin : {"kMDItemCity ==", "kMDItemCity CONTAINS", "kMDItemCity BEGINSWITH"}) {
+    EXPECT_THAT(sqlWith(begin, 100'000), "holds(?5, kMDItemCity)") << begin;
+  }
+  EXPECT_THAT(sqlWith("kMDItemCity ==[cd]", 100'000), "holds(?5, kMDItemCity)");
+  EXPECT_THAT(sqlWith("kMDItemKeywords CONTAINS[cd]", 100'000), "holds(?5, kMDItemKeywords)");
+  EXPECT_THAT(sqlWith("kMDItemCity ==", 65'536), "ifnull(kMDItemCity IS ?5, 0)");
+}
+
 TEST(PredicateSql, knowsBeforehandWhatIsTheSameForEveryFile) {
   EXPECT_EQ(sqlOf("nosuch == 3"), "0");
   EXPECT_EQ(sqlOf("nosuch != 3 AND 1 < 2"), "(1 AND 1)");
   EXPECT_EQ(sqlOf("TRUEPREDICATE OR FALSEPREDICATE"), "(1 OR 0)");
   EXPECT_EQ(sqlCondition(predicate::Compound{predicate::CompoundType::disjunction, {}}).sql, "(0)");
+}
+
+TEST(PredicateSql, takesValuesInBracesForAnArray) {
+  const predicate::Comparison comparison{predicate::KeyPath{"kMDItemCity"}, predicate::Operator::in,
+                                         predicate::Aggregate{predicate::Array{"A", "B"}},
+                                         predicate::Modifier::direct, predicate::kAllOptions};
+  const SqlCondition condition = sqlCondition(comparison);
+  EXPECT_EQ(condition.sql, "holds(?5, kMDItemCity_folded)");
+  ASSERT_EQ(condition.calls.size(), 1U);
+  EXPECT_EQ(predicate::textOf(condition.calls.front()->predicate), "kMDItemCity IN {\"a\", \"b\"}");
 }
 
 TEST(PredicateSql, tellsWhetherItAsksForThePath) {

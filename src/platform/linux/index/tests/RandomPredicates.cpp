@@ -177,7 +177,9 @@ predicate::Expression RandomPredicates::expression(bool isLeft) {
   if (kind == 0) return predicate::EvaluatedObject{};
   if (kind == 1) return predicate::UnknownExpression{7};
   if ((kind < 16) == isLeft) return predicate::KeyPath{oneOf(attributes())};
-  return constant(2);
+  Constant value = constant(2);
+  if (value.get<Array>() && below(2) == 0) return predicate::Aggregate{std::move(value)};
+  return value;
 }
 
 predicate::Predicate RandomPredicates::comparison() {

@@ -111,6 +111,15 @@ TEST(SqliteDatabase, opensNoSymbolicLink) {
             Kind::unusable);
 }
 
+TEST(SqliteDatabase, takesNoFileForDamagedBecauseOfAValueThatIsTooLong) {
+  SqliteDatabase database(":memory:");
+  SqliteStatement statement = database.prepare("SELECT ?1");
+  const std::string value((16 << 20) + 1, 'x');
+  EXPECT_EQ(kindOfErrorIn([&] { statement.execute().bind(1, std::string_view(value)); }),
+            Kind::unusable);
+  EXPECT_EQ(kindOfErrorIn([&] { statement.execute().bindCopy(1, value); }), Kind::unusable);
+}
+
 TEST(SqliteDatabase, keepsValuesShort) {
   SqliteDatabase database(":memory:");
   database.run("CREATE TABLE t(a)");

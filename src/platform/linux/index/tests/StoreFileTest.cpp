@@ -31,6 +31,15 @@ TEST(StoreFile, isLockedUntilTheLockGoes) {
   EXPECT_FALSE(isLocked(folder.path() / "below/index.lock"));
 }
 
+TEST(StoreFile, isNotWaitedForWithoutEnd) {
+  const TemporaryFolder folder;
+  StoreFile one(folder.path() / "index");
+  StoreFile other(folder.path() / "index", {.atMost = std::chrono::milliseconds(0)});
+  const auto lock = one.lock();
+  ASSERT_TRUE(lock.ok());
+  EXPECT_FALSE(other.lock().ok());
+}
+
 TEST(StoreFile, isForTheUserAlone) {
   const TemporaryFolder folder;
   StoreFile file(folder.path() / "below/index");
