@@ -17,7 +17,10 @@ packages_run=(
   fonts-dejavu-core fonts-noto-color-emoji
   fonts-dkg-handwriting fonts-sjfonts fonts-tlwg-purisa-ttf fonts-kaushanscript fonts-kristi
 )
-packages_test=(exiv2 tzdata libgtest-dev libgmock-dev xvfb dbus python3 libgl1-mesa-dri x11-xserver-utils xdotool)
+packages_test=(
+  dbus exiv2 libgmock-dev libgtest-dev libgl1-mesa-dri mpv mpv-mpris python3 tzdata x11-xserver-utils
+  xdotool xvfb
+)
 packages_check=(clang-format git python3)
 packages_tidy=(clang-tidy)
 packages_fuzz=(clang libclang-rt-dev)

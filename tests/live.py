@@ -43,19 +43,20 @@ class VirtualDisplay:
         self.server.wait()
         shutil.rmtree(self.folder)
 
-    def lit(self, x, y, width, height):
-        """How much of a rectangle is not black, 0 to 1."""
+    def pixels(self, x, y, width, height):
+        """The colours of a rectangle, row by row, as bytes: blue, green, red."""
         with open(os.path.join(self.folder, "Xvfb_screen0"), "rb") as file:
             data = file.read()
         header = struct.unpack(">25I", data[:100])
         start, bytes_of_pixel, line = header[0] + header[19] * 12, header[11] // 8, header[12]
-        lit = 0
         for row in range(y, y + height):
             first = start + row * line + x * bytes_of_pixel
-            pixels = data[first:first + width * bytes_of_pixel]
-            # A fourth byte is padding.
-            lit += sum(1 for i in range(0, len(pixels), bytes_of_pixel)
-                       if pixels[i:i + 3] != b"\0\0\0")
+            for i in range(first, first + width * bytes_of_pixel, bytes_of_pixel):
+                yield data[i:i + 3]  # a fourth byte is padding
+
+    def lit(self, x, y, width, height):
+        """How much of a rectangle is not black, 0 to 1."""
+        lit = sum(1 for colour in self.pixels(x, y, width, height) if colour != b"\0\0\0")
         return lit / (width * height)
 
 

@@ -68,6 +68,22 @@ class PMiTunesTrackTest : public testing::Test {
   Owner owner{services};
 };
 
+/// Shows what it is given at once.
+class Screen : public render::Presenter {
+ public:
+  explicit Screen(platform::SteppedClock& clock) : _clock(clock) {}
+  void submit(std::shared_ptr<const render::Snapshot> snapshot) override {
+    _shown = std::move(snapshot);
+    _shown->beginAnimations(_clock.mediaTime());
+  }
+  /// Whether another frame is wanted now.
+  [[nodiscard]] bool moves() const { return _shown->movesAt(_clock.mediaTime()); }
+
+ private:
+  platform::SteppedClock& _clock;
+  std::shared_ptr<const render::Snapshot> _shown;
+};
+
 void expectNoTrack(const PMiTunesTrack& track) {
   EXPECT_EQ(track.trackName(), std::nullopt);
   EXPECT_EQ(track.artist(), std::nullopt);
@@ -386,6 +402,31 @@ TEST_F(PMiTunesTrackTest, fliesWithItsWholeSizeInThePreview) {
   place(track, {697.5, 100}, {3, 1});
   track.flyAround();
   EXPECT_EQ(track.flyDelta().x, -3);
+}
+
+// At rest -----------------------------------------------------------------------------------------
+
+TEST_F(PMiTunesTrackTest, wantsNoFramesButWhileItFadesOrGlides) {
+  Screen screen(fakes.clock);
+  render::LayerTree tree(fakes.clock, fakes.scheduler, owner.shared);
+  tree.setPresenter(&screen);
+  const auto movesAfter = [&](double seconds) {
+    tree.commit();
+    fakes.scheduler.advanceBy(seconds);
+    tree.commit();
+    return screen.moves();
+  };
+  for (const std::int64_t type : {0, 1, 2}) {
+    PMiTunesTrack track(owner, type);
+    track.setTrackName("Song");
+    track.fillOutLayers();
+    EXPECT_EQ(movesAfter(1), type == 1);
+    EXPECT_FALSE(movesAfter(9.1));
+    if (type != 2) continue;
+    track.flyAround();
+    EXPECT_TRUE(movesAfter(0.2));
+    EXPECT_FALSE(movesAfter(0.1));
+  }
 }
 
 }  // namespace pelmora::nowplaying

@@ -1,0 +1,147 @@
+#!/usr/bin/env python3
+"""Lets a music player play beside the saver, on a bus of their own, and looks for the label with the
+track on the screen: python3 live_players_test.py --pelmora PATH"""
+
+import json
+import os
+import socket
+import struct
+import subprocess
+
+import live
+import pngfile
+
+SIZE = (600, 400)
+# The label's orange, four fifths of it over black: blue, green, red.
+ORANGE = (0, 102, 204)
+ROUNDING = 2
+
+
+def chunk(kind, data):
+    return kind + struct.pack("<I", len(data)) + data + b"\0" * (len(data) % 2)
+
+
+def write_song(path, title, artist, album):
+    """A minute of silence, with its tags."""
+    rate = 8000
+    tags = b"".join(chunk(kind, text.encode() + b"\0") for kind, text in
+                    ((b"INAM", title), (b"IART", artist), (b"IPRD", album)))
+    wave = (b"WAVE" + chunk(b"fmt ", struct.pack("<HHIIHH", 1, 1, rate, rate, 1, 8))
+            + chunk(b"LIST", b"INFO" + tags) + chunk(b"data", b"\x80" * (60 * rate)))
+    with open(path, "wb") as file:
+        file.write(chunk(b"RIFF", wave))
+
+
+class Player:
+    """An mpv that is told what to do over a socket."""
+
+    def __init__(self, env, folder, *songs):
+        self._socket = os.path.join(folder, f"mpv-{len(os.listdir(folder))}")
+        self._process = subprocess.Popen(
+            ["mpv", "--no-video", "--ao=null", "--really-quiet", "--idle=no",
+             f"--input-ipc-server={self._socket}", *songs],
+            env=env, stdin=subprocess.DEVNULL)
+
+    def tell(self, *command):
+        with socket.socket(socket.AF_UNIX) as connection:
+            connection.connect(self._socket)
+            connection.sendall(json.dumps({"command": command}).encode() + b"\n")
+            connection.recv(1)  # the beginning of the answer
+
+    def end(self):
+        self._process.terminate()
+        self._process.wait()
+
+
+class Players(live.LiveCase):
+    def setUp(self):
+        super().setUp()
+        self.make_bus()
+        pictures = os.path.join(self.home, "pictures")
+        for name in os.listdir(pictures):
+            with open(os.path.join(pictures, name), "wb") as file:
+                file.write(pngfile.encode(60, 40, (0, 0, 0)))
+        for key, value in (("ShowiTunesTrack", "1"), ("iTunesTrackType", "0"), ("UsePolaroid", "0")):
+            self.run_tool("defaults", "write", key, value)
+        self.songs = []
+        for song in (("Short", "A", "B"), ("A title that is a good deal longer", "Singer", "Album")):
+            self.songs.append(os.path.join(self.home, f"song {len(self.songs)}.wav"))
+            write_song(self.songs[-1], *song)
+
+    def make_bus(self):
+        config = os.path.join(os.path.dirname(os.path.abspath(__file__)), "dbus-session.conf")
+        runtime = os.path.join(self.home, "runtime")
+        os.mkdir(runtime, mode=0o700)
+        self.env["XDG_RUNTIME_DIR"] = runtime
+        bus = subprocess.Popen(["dbus-daemon", f"--config-file={config}", "--nofork",
+                                "--print-address"], env=self.env, stdout=subprocess.PIPE)
+        self.addCleanup(bus.wait)
+        self.addCleanup(bus.kill)
+        self.addCleanup(bus.stdout.close)
+        self.env["DBUS_SESSION_BUS_ADDRESS"] = bus.stdout.readline().decode().strip()
+
+    def play(self, *songs):
+        player = Player(self.env, self.home, *songs)
+        self.addCleanup(player.end)
+        return player
+
+    def begin(self):
+        saver = self.start("window", "--size", "{}x{}".format(*SIZE))
+        self.wait_until(saver, lambda: b"caching folder" in saver.log, "the walk")
+        return saver
+
+    def label_width(self):
+        """Of the widest row of the label's background, or 0."""
+        oranges = [all(abs(found - wanted) <= ROUNDING for found, wanted in zip(colour, ORANGE))
+                   for colour in self.display.pixels(0, 0, *SIZE)]
+        rows = (oranges[i:i + SIZE[0]] for i in range(0, len(oranges), SIZE[0]))
+        return max((SIZE[0] - row.index(True) - row[::-1].index(True) for row in rows if True in row),
+                   default=0)
+
+    def wait_for_label(self, saver, condition, what):
+        self.wait_until(saver, lambda: condition(self.label_width()), what)
+        return self.label_width()
+
+    def test_shows_what_a_player_plays_from_its_start_to_its_end(self):
+        saver = self.begin()
+        self.assertEqual(self.label_width(), 0)
+        player = self.play(*self.songs)
+        short = self.wait_for_label(saver, lambda width: width > 0, "the first song")
+        player.tell("playlist-next")
+        self.wait_for_label(saver, lambda width: width > 2 * short, "the second song")
+        player.tell("set_property", "pause", True)
+        player.tell("playlist-prev")
+        self.wait_for_label(saver, lambda width: width == short, "the first song again")
+        player.end()
+        self.wait_for_label(saver, lambda width: width == 0, "the end")
+        saver.terminate()
+        self.assertEqual(self.finish(saver), 0)
+
+    def test_shows_what_plays_already(self):
+        self.play(self.songs[1])
+        saver = self.begin()
+        self.wait_for_label(saver, lambda width: width > 0, "the song that plays already")
+        saver.terminate()
+        self.assertEqual(self.finish(saver), 0)
+
+    def test_prefers_the_player_that_plays(self):
+        saver = self.begin()
+        first = self.play(self.songs[0])
+        short = self.wait_for_label(saver, lambda width: width > 0, "the first player")
+        second = self.play(self.songs[1])
+        self.wait_for_label(saver, lambda width: width > 0, "one of two")
+        second.tell("set_property", "pause", True)
+        self.wait_for_label(saver, lambda width: width == short, "the one that goes on")
+        second.tell("set_property", "pause", False)
+        first.tell("set_property", "pause", True)
+        self.wait_for_label(saver, lambda width: width > 2 * short, "the other one")
+        second.end()
+        self.wait_for_label(saver, lambda width: width == short, "the paused one that is left")
+        first.end()
+        self.wait_for_label(saver, lambda width: width == 0, "neither")
+        saver.terminate()
+        self.assertEqual(self.finish(saver), 0)
+
+
+if __name__ == "__main__":
+    live.main()
