@@ -84,9 +84,13 @@ TEST(ChildProcess, isToldTheZoneOfTheSystemWhereNoneIsSet) {
     LateChildren late;
     const auto child = ChildProcess::start(kFakeDecoder, late);
     if (!child) return child.error().message;
-    std::ifstream environment("/proc/" + std::to_string(child->id()) + "/environ");
-    for (std::string line; std::getline(environment, line, '\0');) {
-      if (line.starts_with("TZ=")) return line;
+    // The kernel tells of a child's environment a moment after the child has started.
+    constexpr int kTries = 100'000;
+    for (int i = 0; i < kTries; ++i) {
+      std::ifstream environment("/proc/" + std::to_string(child->id()) + "/environ");
+      for (std::string line; std::getline(environment, line, '\0');) {
+        if (line.starts_with("TZ=")) return line;
+      }
     }
     return std::string("none");
   };
