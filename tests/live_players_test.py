@@ -7,6 +7,7 @@ import os
 import socket
 import struct
 import subprocess
+import time
 
 import live
 import pngfile
@@ -44,7 +45,10 @@ class Player:
 
     def tell(self, *command):
         with socket.socket(socket.AF_UNIX) as connection:
-            connection.connect(self._socket)
+            deadline = time.monotonic() + live.LIMIT
+            while connection.connect_ex(self._socket) != 0:  # mpv makes it a moment after its start
+                if time.monotonic() > deadline:
+                    raise RuntimeError("mpv does not listen")
             connection.sendall(json.dumps({"command": command}).encode() + b"\n")
             connection.recv(1)  # the beginning of the answer
 
@@ -129,7 +133,7 @@ class Players(live.LiveCase):
         first = self.play(self.songs[0])
         short = self.wait_for_label(saver, lambda width: width > 0, "the first player")
         second = self.play(self.songs[1])
-        self.wait_for_label(saver, lambda width: width > 0, "one of two")
+        self.wait_for_label(saver, lambda width: width > 2 * short, "the one that began last")
         second.tell("set_property", "pause", True)
         self.wait_for_label(saver, lambda width: width == short, "the one that goes on")
         second.tell("set_property", "pause", False)

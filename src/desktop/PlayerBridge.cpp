@@ -16,6 +16,7 @@ struct Reply {
   std::mutex mutex;
   std::condition_variable arrived;
   bool isThere = false;        // under the mutex
+  bool isWaitedFor = true;     // under the mutex
   std::optional<Track> track;  // under the mutex
 };
 
@@ -40,10 +41,12 @@ std::optional<Track> PlayerBridge::currentTrack() {
       reply->isThere = true;
       reply->track = track;
       reply->arrived.notify_all();
+      return reply->isWaitedFor;
     });
   });
   std::unique_lock lock(reply->mutex);
   reply->arrived.wait_for(lock, _patience, [&reply] { return reply->isThere; });
+  reply->isWaitedFor = false;
   return reply->track;
 }
 

@@ -97,7 +97,10 @@ void PlayerWatch::propertiesChanged(const QDBusMessage& message) {
 
 void PlayerWatch::ask(Answer answer) {
   const std::string owner = _players.refresh(now());
-  if (owner.empty()) return answer(std::nullopt);
+  if (owner.empty()) {
+    answer(std::nullopt);
+    return;
+  }
   _questions.push_back({owner, std::move(answer)});
   step();
 }
@@ -120,6 +123,7 @@ void PlayerWatch::answered(const std::string& owner, const QDBusPendingCall& cal
         platform::players::playerState(dictionaryFromBus(call.reply().arguments().constFirst()));
   }
   _players.answered(owner, state, now());
+  answerQuestions();  // before it is asked again, for a hint that came meanwhile
   step();
 }
 
@@ -144,7 +148,10 @@ void PlayerWatch::answerQuestions() {
   std::vector<Question> answered(std::make_move_iterator(open),
                                  std::make_move_iterator(_questions.end()));
   _questions.erase(open, _questions.end());
-  for (const Question& each : answered) each.answer(_players.answeredTrack(each.owner));
+  for (const Question& each : answered) {
+    const auto track = _players.answeredTrack(each.owner);
+    if (each.answer(track) && track) _news.told(*track);
+  }
 }
 
 void PlayerWatch::step() {

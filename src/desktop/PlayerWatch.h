@@ -38,12 +38,13 @@ class PlayerWatch : public QObject {
     std::shared_ptr<NotificationInbox> inbox;
     std::shared_ptr<std::atomic<bool>> isPlayerThere;  // kept up to date
   };
-  using Answer = std::function<void(const std::optional<platform::players::Track>&)>;
+  /// Gives back whether the track was still waited for.
+  using Answer = std::function<bool(const std::optional<platform::players::Track>&)>;
 
   PlayerWatch(const QDBusConnection& connection, Surroundings surroundings);
 
   /// Asks the player that counts what it plays; `answer` is called here, soon or when it has failed
-  /// to tell.
+  /// to tell. Who has waited for a track is not told of it once more.
   void ask(Answer answer);
 
  private Q_SLOTS:

@@ -18,6 +18,7 @@ constexpr Color kOrange{1, 0.5, 0, 1};
 constexpr double kCornerRadius = 4;
 constexpr double kPreviewScale = 0.25;
 constexpr double kOpacity = 0.8F;  // in single precision
+constexpr const char* kGlideKey = "position";
 constexpr render::MediaTimingFunction kGlide(render::MediaTimingFunction::Name::standard);
 constexpr double kFadeDuration = 10;  // seconds
 
@@ -170,9 +171,12 @@ void PMiTunesTrack::fadeInAndOut(const Rect& screen) {
 
 void PMiTunesTrack::keepInside(const Rect& screen) {
   const Rect frame = frameOf(*_baseLayer);
-  _baseLayer->setPosition(
-      {pulledIn(frame.minX(), frame.size.width, screen.minX(), screen.maxX()),
-       pulledIn(frame.minY(), frame.size.height, screen.minY(), screen.maxY())});
+  const Point inside{pulledIn(frame.minX(), frame.size.width, screen.minX(), screen.maxX()),
+                     pulledIn(frame.minY(), frame.size.height, screen.minY(), screen.maxY())};
+  if (inside != frame.origin) {
+    _baseLayer->removeAnimation(kGlideKey);  // which leads elsewhere
+    _baseLayer->setPosition(inside);
+  }
   _baseLayer->setOpacity(kOpacity);
 }
 
@@ -192,7 +196,7 @@ void PMiTunesTrack::flyAround() {
                                                   .timingFunction = kGlide,
                                                   .fromValue = from,
                                                   .toValue = to},
-                           "position");
+                           kGlideKey);
 }
 
 }  // namespace pelmora::nowplaying

@@ -89,6 +89,8 @@ void LayerTree::State::close() {
 }
 
 void LayerTree::State::animationAdded(const std::shared_ptr<RunningAnimation>& added) {
+  // Here too: while no frame is shown none begins, and others may take their places without end.
+  std::erase_if(running, [](const auto& each) { return each.expired(); });
   const bool isKnown = std::any_of(running.begin(), running.end(),
                                    [&](const auto& each) { return each.lock() == added; });
   if (isKnown) return;

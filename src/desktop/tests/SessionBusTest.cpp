@@ -11,13 +11,31 @@
 #include <unistd.h>
 
 #include <chrono>
+#include <filesystem>
+#include <fstream>
 #include <future>
+#include <string>
+#include <thread>
 
 namespace pelmora::desktop {
 
 namespace {
 
 constexpr std::chrono::seconds kPatience(20);
+
+/// Until the threads that were left to themselves have ended.
+void waitUntilNoThreadIsNamed(const std::string& name) {
+  const auto isThere = [&name] {
+    for (const auto& task : std::filesystem::directory_iterator("/proc/self/task")) {
+      std::string found;
+      std::ifstream comm(task.path() / "comm");
+      std::getline(comm, found);
+      if (found == name) return true;
+    }
+    return false;
+  };
+  while (isThere()) std::this_thread::yield();
+}
 
 /// A socket at `path` that takes connections, and never says anything.
 int silentSocket(const std::string& path) {
@@ -117,6 +135,7 @@ TEST(SessionBus, leavesABusThatKeepsItWaiting) {
   }
   EXPECT_EQ(ran, 10);
   EXPECT_TRUE(log.lines().empty());
+  waitUntilNoThreadIsNamed("session bus");  // at the end of the process it would find half of it
 }
 
 TEST(SessionBus, isFoundWhereTheSessionSaysElseInItsRuntimeFolder) {

@@ -346,6 +346,16 @@ TEST_F(PMiTunesTrackTest, movesByAStepAndGlidesThere) {
   EXPECT_THAT(track.baseLayer()->animationKeys(), ElementsAre("position"));
 }
 
+TEST_F(PMiTunesTrackTest, glidesNowhereElseWhenItIsPulledIn) {
+  PMiTunesTrack track(owner, 2);
+  place(track, {798, 200}, {3, -2});
+  track.setFlyDelta({-3, -2});
+  track.flyAround();
+  track.fillOutLayers();
+  EXPECT_TRUE(track.baseLayer()->animationKeys().empty());
+  EXPECT_LE(origin(track).x + track.baseLayer()->bounds().size.width, 800);
+}
+
 TEST_F(PMiTunesTrackTest, doesNotMoveWithoutATrack) {
   PMiTunesTrack track(owner, 2);
   place(track, {100, 200}, {3, -2});

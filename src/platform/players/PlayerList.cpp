@@ -103,7 +103,9 @@ std::string PlayerList::refresh(double now) {
   const Player* first = counting();
   if (!first) return {};
   Player* player = find(first->owner);
-  if (!player->askedAt || now - *player->askedAt >= _pace.interval) player->askAt = now;
+  // One that has just failed to answer is not waited for again and again.
+  const double pause = player->failures > 0 ? _pace.patience + _pace.retry : _pace.interval;
+  if (!player->askedAt || now - *player->askedAt >= pause) player->askAt = now;
   return player->owner;
 }
 

@@ -11,6 +11,11 @@ void TrackNews::set(const std::optional<Track>& track, double now) {
   }
 }
 
+void TrackNews::told(const Track& track) {
+  _told = track;
+  if (_track == _told) _due.reset();
+}
+
 std::optional<Notification> TrackNews::take(double now) {
   if (!_due || *_due > now) return std::nullopt;
   _due.reset();

@@ -17,6 +17,8 @@ class TrackNews {
 
   /// What is played now.
   void set(const std::optional<Track>& track, double now);
+  /// The module knows of this track without a notification.
+  void told(const Track& track);
   /// The notification to post now, if any.
   [[nodiscard]] std::optional<Notification> take(double now);
   [[nodiscard]] std::optional<double> nextDue() const { return _due; }

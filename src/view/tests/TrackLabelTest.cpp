@@ -45,7 +45,7 @@ TEST_F(TrackLabel, isOnThePreviewAndOnTheFirstScreenAlone) {
   fakes.displays.displays.push_back(platform::FakeDisplays::display(2, right));
   platform::FakeWindow second{fakes.displays.displays.back()};
   const auto hasLabel = [this](platform::Window& in, const Rect& frame, bool isPreview) {
-    view.reset();
+    endView();
     view = std::make_unique<PelmoraView>(services, frame, isPreview);
     view->viewWillMoveToWindow(&in);
     view->viewDidMoveToWindow();
@@ -83,7 +83,7 @@ TEST_F(TrackLabel, staysWhenThePreferenceIsSwitchedOff) {
 
 TEST_F(TrackLabel, fliesAtEveryFrameInTheModeForThatAlone) {
   for (const int type : {2, 1, 0}) {
-    view.reset();
+    endView();
     fakes.preferences.setObject("iTunesTrackType", type);
     startView();
     frame();

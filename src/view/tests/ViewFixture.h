@@ -28,14 +28,18 @@ class ViewFixture : public testing::Test {
   }
 
   ~ViewFixture() override {
+    endView();
+    sources::PMSourceList::endSharedSourceList();
+    cache::FolderCache::endSharedCache();
+  }
+
+  void endView() {
     // There is no tree here that would end the turns, and each holds its card until it has ended.
     if (view) {
       const auto layers = view->layer()->sublayers();
       for (const auto& layer : layers) layer->removeAnimation("TheRotation");
     }
     view.reset();
-    sources::PMSourceList::endSharedSourceList();
-    cache::FolderCache::endSharedCache();
   }
 
   void addPictures(int count) {

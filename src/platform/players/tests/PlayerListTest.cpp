@@ -201,6 +201,15 @@ TEST_F(PlayerListTest, refreshesNoMoreThanOnceAnInterval) {
   EXPECT_EQ(players.answeredTrack(":1.1"), (Track{.name = "t"}));
 }
 
+TEST_F(PlayerListTest, doesNotRefreshOneThatHasJustFailedToAnswer) {
+  add(kVlc, ":1.1", state(Playback::playing, "known"));
+  EXPECT_EQ(players.refresh(now + 1), ":1.1");
+  EXPECT_THAT(players.takeDue(now + 1), ElementsAre(":1.1"));
+  players.answered(":1.1", std::nullopt, now + 2);
+  EXPECT_EQ(players.refresh(now + 2.5), ":1.1");
+  EXPECT_THAT(players.takeDue(now + 2.5), IsEmpty());
+}
+
 TEST_F(PlayerListTest, saysNothingFreshOfAPlayerThatDidNotAnswer) {
   add(kVlc, ":1.1", state(Playback::playing, "known"));
   EXPECT_EQ(players.refresh(now + 1), ":1.1");

@@ -56,6 +56,17 @@ TEST(TrackNews, tellOnceThatNothingIsPlayedAnyLonger) {
   EXPECT_EQ(nameIn(news.take(15)), "no notification");
 }
 
+TEST(TrackNews, tellNothingThatIsKnownAlready) {
+  TrackNews news(0.2);
+  news.set(named("song"), 10);
+  news.told({.name = "song"});
+  EXPECT_EQ(news.nextDue(), std::nullopt);
+  news.set(named("song"), 10.1);
+  EXPECT_EQ(nameIn(news.take(11)), "no notification");
+  news.set(named("another"), 12);
+  EXPECT_EQ(nameIn(news.take(13)), "another");
+}
+
 TEST(TrackNews, areNotPutOffByEverMoreChanges) {
   TrackNews news(0.2);
   for (int i = 0; i < 20; ++i) news.set(named(i % 2 ? "a" : "b"), 10 + i * 0.01);
