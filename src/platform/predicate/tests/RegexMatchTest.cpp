@@ -98,6 +98,8 @@ TEST(RegexMatch, measuresExpressionsAsTheyAreFolded) {
 }
 
 TEST(RegexMatch, keepsExpressionsForEachThreadByItself) {
+  // The library makes its tables with the first expression, in a way that sanitizers cannot see.
+  EXPECT_TRUE(matchesRegex("x", "x", kCase));
   std::vector<std::thread> threads;
   std::vector<int> counts(4);
   for (std::size_t i = 0; i < counts.size(); ++i) {
