@@ -32,7 +32,7 @@ class SessionBus {
   SessionBus(const std::string& address, platform::Log& log,
              std::chrono::milliseconds patience = std::chrono::seconds(1));
   /// Waits for what was posted, but no longer than it has patience where the bus keeps the thread
-  /// waiting: that thread is then left to itself, and runs nothing of ours any more.
+  /// waiting: that thread is then left to itself, and runs no task any more that was posted here.
   ~SessionBus();
   SessionBus(const SessionBus&) = delete;
   SessionBus& operator=(const SessionBus&) = delete;

@@ -16,7 +16,7 @@ namespace pelmora::render {
 
 namespace {
 
-constexpr qsizetype kMostCharacters = 512;  // of a line
+constexpr qsizetype kMostCharacters = 512;  // of a line, in units of UTF-16
 constexpr std::size_t kMostParagraphs = 64;
 constexpr double kMostPoints = 16384;
 constexpr double kLargestFont = 1000;

@@ -12,7 +12,7 @@ namespace pelmora::render {
 
 /// Text set in lines, each with a direction of its own, from the top downward. Its shape does not
 /// depend on the scale at which it is drawn. However long the text, the work is bounded: a line
-/// ends after 512 characters, and the text after 64 lines or 16,384 points.
+/// ends after 512 units of UTF-16, and the text after 64 lines or 16,384 points.
 /// Thread: the one that made it, any on which fonts can be used. Units: points.
 class TextSetting {
  public:

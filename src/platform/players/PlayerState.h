@@ -8,7 +8,8 @@
 
 namespace pelmora::platform::players {
 
-/// What a player tells of a track. A text is never empty, and fit to be shown (`trackText`).
+/// What a player tells of a track. Texts from the bus are never empty, and fit to be shown
+/// (`trackText`).
 struct Track {
   std::optional<std::string> name{};
   std::optional<std::string> artist{};  // several are joined by ", "
