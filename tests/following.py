@@ -1,7 +1,10 @@
 """A filter that has to follow the pictures under the running saver."""
 
+import contextlib
+import glob
 import os
 import re
+import signal
 import subprocess
 import time
 
@@ -9,6 +12,14 @@ import live
 import pngfile
 
 FOUND = re.compile(rb"Spotlight found (\d+) images\.")
+
+
+def thread_states(pid):
+    """The state letter of each thread of a process, as the system gives it."""
+    for path in glob.glob(f"/proc/{pid}/task/*/stat"):
+        with contextlib.suppress(OSError):  # ended meanwhile
+            with open(path, encoding="utf-8") as file:
+                yield file.read().rpartition(") ")[2][0]
 
 
 class FollowingCase(live.LiveCase):
@@ -36,6 +47,16 @@ class FollowingCase(live.LiveCase):
         with open(path, "wb") as file:
             file.write(pngfile.encode(60, 40, (10, 200, 90)))
         return path
+
+    @staticmethod
+    def stop(saver):
+        """Returns when none of its threads runs; a signal alone leaves them a moment to go on."""
+        saver.send_signal(signal.SIGSTOP)
+        deadline = time.monotonic() + live.LIMIT
+        while any(state != "T" for state in thread_states(saver.pid)):
+            if time.monotonic() > deadline:
+                raise TimeoutError("The saver does not stop.")
+            os.sched_yield()
 
     def wait_for_more(self, what, count=1):
         begin = time.monotonic()
