@@ -26,7 +26,7 @@ inline constexpr std::uint32_t kInspectedMagic = 0x50'4C'4D'52;
 /// The descriptor that the inspector finds its end of the socket on.
 inline constexpr int kInspectorSocket = 3;
 /// How many requests are sent ahead at most.
-inline constexpr std::size_t kMaxAhead = 8;
+inline constexpr std::size_t kMaxAhead = 32;
 /// The most that a reply has.
 inline constexpr std::size_t kMaxReplyBytes = 48 * 1024;
 /// The memory that the inspector may take beyond what it has when it is started.

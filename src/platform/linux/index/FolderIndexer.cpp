@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <span>
 #include <utility>
 
 namespace pelmora::platform {
@@ -49,6 +50,8 @@ bool isOutOfReach(int file) {
   return ::pread(file, &first, 1, 0) < 0;
 }
 
+bool isWantOfDescriptors(int error) { return error == EMFILE || error == ENFILE; }
+
 }  // namespace
 
 struct FolderIndexer::Folder {
@@ -56,6 +59,132 @@ struct FolderIndexer::Folder {
   MetadataStore::FolderId id = 0;
   FileDescriptor descriptor;
   Unread unread = Unread::tried;
+};
+
+/// A turn's worth of files. While the inspector looks into those of one batch, the batch before is
+/// stored and the files of the next are opened, so that neither process waits for the other.
+class FolderIndexer::Reading {
+ public:
+  Reading(const FolderIndexer& indexer, const Folder& folder, std::span<const std::string> names,
+          Outcome& outcome, const std::function<void()>& batchDone)
+      : _indexer(indexer),
+        _tools(indexer._tools),
+        _folder(folder),
+        _names(names),
+        _outcome(outcome),
+        _batchDone(batchDone),
+        _failures(_tools.store.failures()) {}
+
+  void run() {
+    Batch batch;
+    fill(batch);
+    while (!batch.entries.empty()) {
+      Batch next;
+      inspect(batch, next);
+      store();
+      _read = std::move(batch.entries);
+      batch = std::move(next);
+      fill(batch);
+    }
+    store();
+  }
+
+ private:
+  struct Batch {
+    std::vector<MetadataStore::Entry> entries;
+    std::vector<FileDescriptor> files;  // of the entries; closed where one cannot be opened
+  };
+
+  [[nodiscard]] bool isOver() const {
+    return _tools.isOver() || _tools.store.failures() != _failures;
+  }
+
+  void fill(Batch& batch) {
+    while (openOne(batch, !batch.entries.empty())) {
+    }
+  }
+
+  /// False when it is full, there are no more, or files that are open have to be closed first.
+  bool openOne(Batch& batch, bool areOthersOpen) {
+    while (!_names.empty() && batch.entries.size() < kBatch && !isOver()) {
+      const std::string& name = _names.front();
+      if (!isReadByAnother(name)) {
+        FileDescriptor file = openFile(_folder.descriptor.get(), name);
+        const int error = file.isOpen() ? 0 : errno;
+        if (areOthersOpen && isWantOfDescriptors(error)) return false;
+        _names = _names.subspan(1);
+        if (enter(name, std::move(file), error, batch)) return true;
+      } else {
+        _names = _names.subspan(1);
+      }
+    }
+    return false;
+  }
+
+  /// Whether another saver has read it meanwhile.
+  bool isReadByAnother(const std::string& name) {
+    const std::optional<IndexStamp> stored = _tools.store.stampOf(_folder.id, name);
+    const auto now = stored ? stampOf(_folder.descriptor.get(), name.c_str()) : std::nullopt;
+    return now && _indexer.isEnough(_folder, *stored, *now, _outcome);
+  }
+
+  /// False: it is gone meanwhile.
+  bool enter(const std::string& name, FileDescriptor file, int error, Batch& batch) const {
+    std::optional<FileAttributes> attributes;
+    if (file.isOpen()) {
+      attributes = fileAttributes(file.get(), name);
+    } else if (const auto stamp = stampOf(_folder.descriptor.get(), name.c_str())) {
+      // Its name can be searched for all the same.
+      attributes = FileAttributes{isForGood(error) ? *stamp : unread(*stamp), {}};
+    }
+    if (!attributes) return false;
+    batch.entries.push_back({name, attributes->stamp, std::move(attributes->metadata)});
+    batch.files.push_back(std::move(file));
+    return true;
+  }
+
+  void inspect(Batch& batch, Batch& next) {
+    std::size_t looked = 0;
+    const auto take = [&](std::size_t index, EmbeddedMetadata embedded) {
+      looked = index + 1;
+      complete(batch.entries[index], batch.files[index], std::move(embedded));
+      store();
+      (void)openOne(next, true);
+    };
+    _tools.inspector.inspect(batch.files, take);
+    std::vector<MetadataStore::Entry>& entries = batch.entries;
+    if (_tools.isOver()) entries.resize(looked);
+    for (; looked < entries.size(); ++looked) entries[looked].stamp = unread(entries[looked].stamp);
+  }
+
+  void complete(MetadataStore::Entry& entry, const FileDescriptor& file,
+                EmbeddedMetadata embedded) const {
+    if (embedded) {
+      entry.metadata = joined(std::move(entry.metadata), *embedded);
+      return;
+    }
+    _tools.log.print("Pelmora: Cannot read the metadata of '%s': %s",
+                     (_folder.path / entry.name).c_str(), embedded.error().message.c_str());
+    const bool isPassing = embedded.isPassing || (file.isOpen() && isOutOfReach(file.get()));
+    if (isPassing) entry.stamp = unread(entry.stamp);
+  }
+
+  void store() {
+    const std::vector<MetadataStore::Entry> entries = std::exchange(_read, {});
+    if (entries.empty()) return;
+    _tools.store.put(_folder.id, _folder.path, entries);
+    for (const auto& entry : entries) _outcome.hasUnread |= isUnread(entry.stamp);
+    _batchDone();
+  }
+
+  const FolderIndexer& _indexer;
+  const Tools& _tools;
+  const Folder& _folder;
+  std::span<const std::string> _names;  // of files that are not opened yet
+  Outcome& _outcome;
+  const std::function<void()>& _batchDone;
+  const std::uint64_t _failures;            // of the store, before
+  std::vector<MetadataStore::Entry> _read;  // and not stored yet
 };
 
 FolderIndexer::Outcome FolderIndexer::update(const FilePath& path, MetadataStore::FolderId id,
@@ -68,10 +197,10 @@ FolderIndexer::Outcome FolderIndexer::update(const FilePath& path, MetadataStore
   const auto isOver = [&] { return _tools.isOver() || _tools.store.failures() != failures; };
   const std::vector<std::string> changed = changedFiles(folder, _tools.store.filesIn(id), outcome);
   outcome.hasChanged = !changed.empty();
-  for (std::size_t first = 0; first < changed.size() && !isOver(); first += kBatch) {
-    const std::size_t count = std::min(kBatch, changed.size() - first);
-    readBatch(folder, std::span(changed).subspan(first, count), outcome);
-    batchDone();
+  for (std::size_t first = 0; first < changed.size() && !isOver(); first += kTurn) {
+    const std::size_t count = std::min(kTurn, changed.size() - first);
+    const IndexTurn::Held held = _tools.turn.take();
+    Reading(*this, folder, std::span(changed).subspan(first, count), outcome, batchDone).run();
   }
   return outcome;
 }
@@ -110,66 +239,6 @@ bool FolderIndexer::isEnough(const Folder& folder, const IndexStamp& stored, con
   if (stored != unread(now) || !isLeft) return false;
   outcome.hasUnread = true;
   return true;
-}
-
-void FolderIndexer::readBatch(const Folder& folder, std::span<const std::string> names,
-                              Outcome& outcome) {
-  const IndexTurn::Held held = _tools.turn.take();
-  std::vector<std::string> toRead;
-  for (const std::string& name : names) {
-    // Another saver may have read it meanwhile.
-    const std::optional<IndexStamp> stored = _tools.store.stampOf(folder.id, name);
-    const auto now = stored ? stampOf(folder.descriptor.get(), name.c_str()) : std::nullopt;
-    if (!now || !isEnough(folder, *stored, *now, outcome)) toRead.push_back(name);
-  }
-  const std::vector<MetadataStore::Entry> entries = read(folder, toRead);
-  if (entries.empty()) return;
-  _tools.store.put(folder.id, folder.path, entries);
-  for (const auto& entry : entries) outcome.hasUnread |= isUnread(entry.stamp);
-}
-
-std::vector<MetadataStore::Entry> FolderIndexer::read(const Folder& folder,
-                                                      std::span<const std::string> names) {
-  std::vector<MetadataStore::Entry> entries;
-  std::vector<FileDescriptor> files;
-  for (const std::string& name : names) {
-    FileDescriptor file = openFile(folder.descriptor.get(), name);
-    std::optional<FileAttributes> attributes;
-    if (file.isOpen()) {
-      attributes = fileAttributes(file.get(), name);
-    } else {
-      const bool isFinal = isForGood(errno);
-      const auto stamp = stampOf(folder.descriptor.get(), name.c_str());
-      // Its name can be searched for all the same.
-      if (stamp) attributes = FileAttributes{isFinal ? *stamp : unread(*stamp), {}};
-    }
-    if (!attributes) continue;  // gone meanwhile
-    entries.push_back({name, attributes->stamp, std::move(attributes->metadata)});
-    files.push_back(std::move(file));
-  }
-  inspect(folder, files, entries);
-  return entries;
-}
-
-void FolderIndexer::inspect(const Folder& folder, std::span<const FileDescriptor> files,
-                            std::vector<MetadataStore::Entry>& entries) {
-  std::size_t looked = 0;
-  const auto take = [&](std::size_t index, EmbeddedMetadata embedded) {
-    looked = index + 1;
-    MetadataStore::Entry& entry = entries[index];
-    if (embedded) {
-      entry.metadata = joined(std::move(entry.metadata), *embedded);
-    } else {
-      _tools.log.print("Pelmora: Cannot read the metadata of '%s': %s",
-                       (folder.path / entry.name).c_str(), embedded.error().message.c_str());
-      const FileDescriptor& file = files[index];
-      const bool isPassing = embedded.isPassing || (file.isOpen() && isOutOfReach(file.get()));
-      if (isPassing) entry.stamp = unread(entry.stamp);
-    }
-  };
-  _tools.inspector.inspect(files, take);
-  if (_tools.isOver()) entries.resize(looked);
-  for (; looked < entries.size(); ++looked) entries[looked].stamp = unread(entries[looked].stamp);
 }
 
 }  // namespace pelmora::platform

@@ -8,7 +8,6 @@
 #include "platform/Log.h"
 
 #include <functional>
-#include <span>
 #include <string>
 #include <vector>
 
@@ -47,21 +46,18 @@ class FolderIndexer {
   Outcome update(const FilePath& folder, MetadataStore::FolderId id, Unread unread,
                  const std::function<void()>& batchDone);
 
-  /// How many files are read at once.
+  /// How many files are stored at once, and read while others have the next turn to wait for.
   static constexpr std::size_t kBatch = 64;
+  static constexpr std::size_t kTurn = 8 * kBatch;
 
  private:
   struct Folder;
+  class Reading;
 
   [[nodiscard]] std::vector<std::string> changedFiles(
       const Folder& folder, std::unordered_map<std::string, IndexStamp> known, Outcome& outcome);
   [[nodiscard]] bool isEnough(const Folder& folder, const IndexStamp& stored, const IndexStamp& now,
                               Outcome& outcome) const;
-  void readBatch(const Folder& folder, std::span<const std::string> names, Outcome& outcome);
-  [[nodiscard]] std::vector<MetadataStore::Entry> read(const Folder& folder,
-                                                       std::span<const std::string> names);
-  void inspect(const Folder& folder, std::span<const FileDescriptor> files,
-               std::vector<MetadataStore::Entry>& entries);
 
   const Tools _tools;
 };

@@ -50,7 +50,8 @@ class FolderIndexerTest : public IndexFixture {
   MetadataStore store{FilePath(), [](const std::string&) {}};
   IndexTurn turn{FilePath(), fakes.clock, {}};
   bool isOver = false;
-  int filesUntilItIsOver = -1;  // negative: it goes on
+  int filesUntilItIsOver = -1;                  // negative: it goes on
+  std::function<void()> beforeReading = [] {};  // once the folder is listed
   int batches = 0;
   PatientInspector inspector{inspect(), fakes.clock, fakes.log,
                              [this] { return isOver || filesRead == filesUntilItIsOver; }};
@@ -59,7 +60,10 @@ class FolderIndexerTest : public IndexFixture {
                          .store = store,
                          .turn = turn,
                          .inspector = inspector,
-                         .isOver = [this] { return isOver || filesRead == filesUntilItIsOver; }}};
+                         .isOver = [this] {
+                           beforeReading();
+                           return isOver || filesRead == filesUntilItIsOver;
+                         }}};
 };
 
 }  // namespace
@@ -108,6 +112,14 @@ TEST_F(FolderIndexerTest, worksInBatchesAndEndsBetweenThemWhenItIsTold) {
   isOver = true;
   (void)update();
   EXPECT_EQ(batches, 2);
+}
+
+TEST_F(FolderIndexerTest, readsMoreFilesThanATurnHas) {
+  for (std::size_t i = 0; i < FolderIndexer::kTurn + 1; ++i) {
+    temporary.write("pictures/" + std::to_string(i) + ".jpg", "one");
+  }
+  EXPECT_EQ(update().fileCount, FolderIndexer::kTurn + 1);
+  EXPECT_THAT(filesWithTitle("one"), testing::SizeIs(FolderIndexer::kTurn + 1));
 }
 
 TEST_F(FolderIndexerTest, knowsFilesByTheirNamesUntilThereIsAnInspector) {
@@ -167,17 +179,28 @@ TEST_F(FolderIndexerTest, readsLaterWhatADiskDidNotGive) {
 
 // The address sanitizer's companions want descriptors of their own.
 #ifndef __SANITIZE_ADDRESS__
-TEST_F(FolderIndexerTest, readsLaterWhatCouldNotBeOpenedForWantOfDescriptors) {
-  for (const char* name : {"a", "b", "c", "d"}) {
+TEST_F(FolderIndexerTest, readsFilesAFewAtATimeWhereDescriptorsAreFew) {
+  for (const char* name : {"a", "b", "c", "d", "e"}) {
     temporary.write("pictures/" + std::string(name), "one");
   }
-  {
-    const FewDescriptors few(3);  // two at a time to list the folder, beside it
-    EXPECT_TRUE(update().hasUnread);
-  }
-  EXPECT_THAT(filesWithTitle("one"), testing::SizeIs(2));
+  const FewDescriptors few(3);  // two at a time to list the folder, beside it
   EXPECT_FALSE(update().hasUnread);
-  EXPECT_THAT(filesWithTitle("one"), testing::SizeIs(4));
+  EXPECT_THAT(filesWithTitle("one"), testing::SizeIs(5));
+}
+
+TEST_F(FolderIndexerTest, readsLaterWhatCouldNotBeOpenedForWantOfDescriptors) {
+  for (const char* name : {"a", "b"}) temporary.write("pictures/" + std::string(name), "one");
+  std::optional<FewDescriptors> none;
+  beforeReading = [&] {
+    if (!none) none.emplace(0);
+  };
+  EXPECT_TRUE(update().hasUnread);
+  EXPECT_THAT(filesWith("kMDItemFSName", "a"), testing::ElementsAre("a"));
+  EXPECT_THAT(filesWithTitle("one"), testing::IsEmpty());
+  beforeReading = [] {};
+  none.reset();
+  EXPECT_FALSE(update().hasUnread);
+  EXPECT_THAT(filesWithTitle("one"), testing::SizeIs(2));
 }
 #endif
 
