@@ -25,13 +25,15 @@ std::string sessionBusAddress(const std::string& given, const std::string& runti
 
 struct SessionBus::Worker {
   void connect(const std::string& address, platform::Log& log);
-  void run(const Task& task);
+  void run(const Task& task) const;
+  void disconnect();
   void end();
 
   QThread thread;
   QObject context;  // lives on the thread
   std::mutex mutex;
-  bool isAbandoned = false;  // under the mutex
+  bool isConnecting = true;  // under the mutex
+  bool isAbandoned = false;  // under the mutex; only while it is connecting
   // On the thread:
   std::optional<QDBusConnection> connection;
 };
@@ -39,29 +41,28 @@ struct SessionBus::Worker {
 void SessionBus::Worker::connect(const std::string& address, platform::Log& log) {
   const QString name = "pelmora-" + QString::number(reinterpret_cast<quintptr>(this), 16);
   connection = QDBusConnection::connectToBus(QString::fromStdString(address), name);
-  if (connection->isConnected()) return;
+  const bool isConnected = connection->isConnected();
   const std::string why = connection->lastError().message().toStdString();
-  connection.reset();
-  QDBusConnection::disconnectFromBus(name);
   const std::lock_guard lock(mutex);
+  isConnecting = false;
+  if (isConnected && !isAbandoned) return;
+  disconnect();
   if (!isAbandoned) log.print("Pelmora: The session's bus cannot be reached: %s", why.c_str());
 }
 
-void SessionBus::Worker::run(const Task& task) {
+void SessionBus::Worker::run(const Task& task) const {
+  if (connection) task(*connection);
+}
+
+void SessionBus::Worker::disconnect() {
   if (!connection) return;
-  {
-    const std::lock_guard lock(mutex);
-    if (isAbandoned) return;
-  }
-  task(*connection);
+  const QString name = connection->name();
+  connection.reset();
+  QDBusConnection::disconnectFromBus(name);
 }
 
 void SessionBus::Worker::end() {
-  if (connection) {
-    const QString name = connection->name();
-    connection.reset();
-    QDBusConnection::disconnectFromBus(name);
-  }
+  disconnect();
   thread.quit();
 }
 
@@ -90,9 +91,15 @@ SessionBus::~SessionBus() {
   QMetaObject::invokeMethod(
       &worker->context, [worker] { worker->end(); }, Qt::QueuedConnection);
   if (worker->thread.wait(QDeadlineTimer(_patience))) return;
-  const std::lock_guard lock(worker->mutex);
-  worker->isAbandoned = true;
-  static_cast<void>(_worker.release());  // a thread that runs cannot be destroyed
+  {
+    const std::lock_guard lock(worker->mutex);
+    worker->isAbandoned = worker->isConnecting;
+    if (worker->isAbandoned) {
+      static_cast<void>(_worker.release());  // a thread that runs cannot be destroyed
+      return;
+    }
+  }
+  worker->thread.wait();  // for what is to be done on it, which never waits
 }
 
 void SessionBus::post(Task task) {

@@ -31,13 +31,14 @@ class SessionBus {
   /// Returns at once. `log` outlives it. A QCoreApplication must be there, if an address is.
   SessionBus(const std::string& address, platform::Log& log,
              std::chrono::milliseconds patience = std::chrono::seconds(1));
-  /// Waits for what was posted, but no longer than it has patience where the bus keeps the thread
-  /// waiting: that thread is then left to itself, and runs no task any more that was posted here.
+  /// Waits for what was posted, but no longer than it has patience for a connection: the thread is
+  /// then left to itself, and runs none of the tasks.
   ~SessionBus();
   SessionBus(const SessionBus&) = delete;
   SessionBus& operator=(const SessionBus&) = delete;
 
-  /// Runs `task` on the bus's thread, after those posted before, as soon as there is a connection.
+  /// Runs `task`, which must not wait for anything, on the bus's thread, after those posted before,
+  /// as soon as there is a connection.
   void post(Task task);
 
  private:

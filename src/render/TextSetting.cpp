@@ -84,11 +84,13 @@ void append(std::vector<Paragraph>& paragraphs, const TextRun& run) {
   }
 }
 
-/// None for a text that shows nothing. Line feeds at the end begin no lines.
+/// None for a text that shows nothing. A line feed at the very end begins no line.
 std::vector<Paragraph> paragraphsOf(const AttributedString& string) {
   std::vector<Paragraph> paragraphs(1);
   for (const TextRun& run : string.runs) append(paragraphs, run);
-  while (!paragraphs.empty() && paragraphs.back().text.isEmpty()) paragraphs.pop_back();
+  const auto isEmpty = [](const Paragraph& each) { return each.text.isEmpty(); };
+  if (std::all_of(paragraphs.begin(), paragraphs.end(), isEmpty)) return {};
+  if (isEmpty(paragraphs.back())) paragraphs.pop_back();
   return paragraphs;
 }
 

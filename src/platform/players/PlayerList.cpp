@@ -71,6 +71,7 @@ void PlayerList::answered(std::string_view owner, const std::optional<PlayerStat
     std::erase_if(_players, [owner](const Player& each) { return each.owner == owner; });
     return;
   }
+  player->isSilent = !state;
   if (!state) {
     if (++player->failures < kMostFailures && !player->askAt) player->askAt = now + _pace.retry;
     return;
@@ -104,7 +105,7 @@ std::string PlayerList::refresh(double now) {
   if (!first) return {};
   Player* player = find(first->owner);
   // One that has just failed to answer is not waited for again and again.
-  const double pause = player->failures > 0 ? _pace.patience + _pace.retry : _pace.interval;
+  const double pause = player->isSilent ? _pace.patience + _pace.retry : _pace.interval;
   if (!player->askedAt || now - *player->askedAt >= pause) player->askAt = now;
   return player->owner;
 }
@@ -116,7 +117,7 @@ bool PlayerList::isAsked(std::string_view owner) const {
 
 std::optional<Track> PlayerList::answeredTrack(std::string_view owner) const {
   const Player* player = find(owner);
-  if (!player || player->names.empty() || player->failures > 0) return std::nullopt;
+  if (!player || player->names.empty() || player->isSilent) return std::nullopt;
   return player->state.track;
 }
 

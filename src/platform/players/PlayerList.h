@@ -67,7 +67,8 @@ class PlayerList {
     std::optional<double> askAt;
     std::optional<double> askedAt;
     bool isAsked = false;
-    int failures = 0;  // in a row
+    bool isSilent = false;  // it did not answer when it was asked last
+    int failures = 0;       // in a row, and without news of it
   };
 
   [[nodiscard]] const Player* find(std::string_view owner) const;

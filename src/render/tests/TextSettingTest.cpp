@@ -89,7 +89,10 @@ TEST(TextSetting, keepsTheHeightOfAnEmptyLineInBetween) {
   EXPECT_EQ(sizeOf("a\n\nb").height, 3 * sizeOf("a").height);
 }
 
-TEST(TextSetting, beginsNoLinesAtTheEnd) { EXPECT_EQ(sizeOf("a\n\n"), sizeOf("a")); }
+TEST(TextSetting, beginsNoLineAtTheVeryEnd) {
+  EXPECT_EQ(sizeOf("a\n"), sizeOf("a"));
+  EXPECT_EQ(sizeOf("a\n\n").height, 2 * sizeOf("a").height);
+}
 
 TEST(TextSetting, ofNoTextHasNoSize) {
   for (const char* text : {"", "\n", "\n\n\n", "\x01\x02", "\t"}) {

@@ -219,6 +219,17 @@ TEST_F(PlayerListTest, saysNothingFreshOfAPlayerThatDidNotAnswer) {
   EXPECT_EQ(players.answeredTrack(":1.9"), std::nullopt);
 }
 
+TEST_F(PlayerListTest, isToldNothingByAPlayerThatSaysItChangedAndDoesNotAnswer) {
+  add(kVlc, ":1.1", state(Playback::playing, "known"));
+  EXPECT_EQ(players.refresh(now + 1), ":1.1");
+  EXPECT_THAT(players.takeDue(now + 1), ElementsAre(":1.1"));
+  players.answered(":1.1", std::nullopt, now + 2);
+  players.hint(":1.1", now + 2);
+  EXPECT_EQ(players.answeredTrack(":1.1"), std::nullopt);
+  EXPECT_EQ(players.refresh(now + 2), ":1.1");
+  EXPECT_THAT(players.takeDue(now + 2), IsEmpty());
+}
+
 TEST_F(PlayerListTest, looksAtNoMorePlayersThanItCan) {
   for (int i = 0; i < 1000; ++i) {
     const std::string number = std::to_string(i);
