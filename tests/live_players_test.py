@@ -10,12 +10,7 @@ import subprocess
 import time
 
 import live
-import pngfile
-
-SIZE = (600, 400)
-# The label's orange, four fifths of it over black: blue, green, red.
-ORANGE = (0, 102, 204)
-ROUNDING = 2
+import playing
 
 
 def chunk(kind, data):
@@ -57,54 +52,18 @@ class Player:
         self._process.wait()
 
 
-class Players(live.LiveCase):
+class Players(playing.PlayersCase):
     def setUp(self):
         super().setUp()
-        self.make_bus()
-        pictures = os.path.join(self.home, "pictures")
-        for name in os.listdir(pictures):
-            with open(os.path.join(pictures, name), "wb") as file:
-                file.write(pngfile.encode(60, 40, (0, 0, 0)))
-        for key, value in (("ShowiTunesTrack", "1"), ("iTunesTrackType", "0"), ("UsePolaroid", "0")):
-            self.run_tool("defaults", "write", key, value)
         self.songs = []
         for song in (("Short", "A", "B"), ("A title that is a good deal longer", "Singer", "Album")):
             self.songs.append(os.path.join(self.home, f"song {len(self.songs)}.wav"))
             write_song(self.songs[-1], *song)
 
-    def make_bus(self):
-        config = os.path.join(os.path.dirname(os.path.abspath(__file__)), "dbus-session.conf")
-        runtime = os.path.join(self.home, "runtime")
-        os.mkdir(runtime, mode=0o700)
-        self.env["XDG_RUNTIME_DIR"] = runtime
-        bus = subprocess.Popen(["dbus-daemon", f"--config-file={config}", "--nofork",
-                                "--print-address"], env=self.env, stdout=subprocess.PIPE)
-        self.addCleanup(bus.wait)
-        self.addCleanup(bus.kill)
-        self.addCleanup(bus.stdout.close)
-        self.env["DBUS_SESSION_BUS_ADDRESS"] = bus.stdout.readline().decode().strip()
-
     def play(self, *songs):
         player = Player(self.env, self.home, *songs)
         self.addCleanup(player.end)
         return player
-
-    def begin(self):
-        saver = self.start("window", "--size", "{}x{}".format(*SIZE))
-        self.wait_until(saver, lambda: b"caching folder" in saver.log, "the walk")
-        return saver
-
-    def label_width(self):
-        """Of the widest row of the label's background, or 0."""
-        oranges = [all(abs(found - wanted) <= ROUNDING for found, wanted in zip(colour, ORANGE))
-                   for colour in self.display.pixels(0, 0, *SIZE)]
-        rows = (oranges[i:i + SIZE[0]] for i in range(0, len(oranges), SIZE[0]))
-        return max((SIZE[0] - row.index(True) - row[::-1].index(True) for row in rows if True in row),
-                   default=0)
-
-    def wait_for_label(self, saver, condition, what):
-        self.wait_until(saver, lambda: condition(self.label_width()), what)
-        return self.label_width()
 
     def test_shows_what_a_player_plays_from_its_start_to_its_end(self):
         saver = self.begin()

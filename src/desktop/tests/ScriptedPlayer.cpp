@@ -108,4 +108,11 @@ void ScriptedPlayer::send(const QDBusMessage& message) {
   run([message](const QDBusConnection& connection) { connection.send(message); });
 }
 
+void ScriptedPlayer::waitForBus() {
+  run([](const QDBusConnection& connection) {
+    connection.call(QDBusMessage::createMethodCall("org.freedesktop.DBus", "/org/freedesktop/DBus",
+                                                   "org.freedesktop.DBus", "GetId"));
+  });
+}
+
 }  // namespace pelmora::desktop

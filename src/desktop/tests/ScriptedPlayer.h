@@ -38,6 +38,8 @@ class ScriptedPlayer {
   /// Says that its properties have changed, so many times.
   void sayChanged(int times = 1);
   void send(const QDBusMessage& message);
+  /// Until the bus has taken all that was said.
+  void waitForBus();
   /// How often it was asked.
   [[nodiscard]] int asked() const { return *_asked; }
   /// Leaves the bus, whatever it owes.
