@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""Lets a music player play beside the saver, on a bus of their own, and looks for the label with the
+"""Lets music players play beside the saver, on a bus of their own, and looks for the label with the
 track on the screen: python3 live_players_test.py --pelmora PATH"""
 
 import json
@@ -11,6 +11,8 @@ import time
 
 import live
 import playing
+
+NOBODY = 65534
 
 
 def chunk(kind, data):
@@ -28,17 +30,17 @@ def write_song(path, title, artist, album):
         file.write(chunk(b"RIFF", wave))
 
 
-class Player:
+class Mpv:
     """An mpv that is told what to do over a socket."""
 
-    def __init__(self, env, folder, *songs):
+    def __init__(self, env, folder, songs):
         self._socket = os.path.join(folder, f"mpv-{len(os.listdir(folder))}")
         self._process = subprocess.Popen(
             ["mpv", "--no-video", "--ao=null", "--really-quiet", "--idle=no",
              f"--input-ipc-server={self._socket}", *songs],
             env=env, stdin=subprocess.DEVNULL)
 
-    def tell(self, *command):
+    def _tell(self, *command):
         with socket.socket(socket.AF_UNIX) as connection:
             deadline = time.monotonic() + live.LIMIT
             while connection.connect_ex(self._socket) != 0:  # mpv makes it a moment after its start
@@ -47,21 +49,77 @@ class Player:
             connection.sendall(json.dumps({"command": command}).encode() + b"\n")
             connection.recv(1)  # the beginning of the answer
 
+    def next(self):
+        self._tell("playlist-next")
+
+    def previous(self):
+        self._tell("playlist-prev")
+
+    def pause(self):
+        self._tell("set_property", "pause", True)
+
+    def go_on(self):
+        self._tell("set_property", "pause", False)
+
+    def end(self):
+        self._process.terminate()
+        self._process.wait()
+
+
+class Vlc:
+    """A VLC that is told what to do over the bus. It does not run as root."""
+
+    def __init__(self, env, folder, songs):
+        self._env = env
+        home = os.path.join(folder, f"vlc-{len(os.listdir(folder))}")
+        os.mkdir(home)
+        as_user = []
+        if os.getuid() == 0:
+            os.chown(home, NOBODY, NOBODY)
+            as_user = ["setpriv", f"--reuid={NOBODY}", f"--regid={NOBODY}", "--clear-groups"]
+        self._process = subprocess.Popen(
+            [*as_user, "vlc", "--intf=dummy", "--control=dbus", "--aout=adummy", "--no-video",
+             "--no-one-instance", *songs],
+            env=env | {"HOME": home}, stdin=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
+        self._name = f"org.mpris.MediaPlayer2.vlc.instance{self._process.pid}"
+
+    def _tell(self, method):
+        subprocess.run(["dbus-send", "--session", "--print-reply", f"--dest={self._name}",
+                        "/org/mpris/MediaPlayer2", f"org.mpris.MediaPlayer2.Player.{method}"],
+                       env=self._env, check=True, stdout=subprocess.DEVNULL, timeout=live.LIMIT)
+
+    def next(self):
+        self._tell("Next")
+
+    def previous(self):
+        self._tell("Previous")
+
+    def pause(self):
+        self._tell("Pause")
+
+    def go_on(self):
+        self._tell("Play")
+
     def end(self):
         self._process.terminate()
         self._process.wait()
 
 
 class Players(playing.PlayersCase):
+    """What holds for each player."""
+
+    player = None
+
     def setUp(self):
         super().setUp()
+        os.chmod(self.home, 0o755)
         self.songs = []
         for song in (("Short", "A", "B"), ("A title that is a good deal longer", "Singer", "Album")):
             self.songs.append(os.path.join(self.home, f"song {len(self.songs)}.wav"))
             write_song(self.songs[-1], *song)
 
     def play(self, *songs):
-        player = Player(self.env, self.home, *songs)
+        player = self.player(self.env, self.home, songs)
         self.addCleanup(player.end)
         return player
 
@@ -70,10 +128,10 @@ class Players(playing.PlayersCase):
         self.assertEqual(self.label_width(), 0)
         player = self.play(*self.songs)
         short = self.wait_for_label(saver, lambda width: width > 0, "the first song")
-        player.tell("playlist-next")
+        player.next()
         self.wait_for_label(saver, lambda width: width > 2 * short, "the second song")
-        player.tell("set_property", "pause", True)
-        player.tell("playlist-prev")
+        player.pause()
+        player.previous()
         self.wait_for_label(saver, lambda width: width == short, "the first song again")
         player.end()
         self.wait_for_label(saver, lambda width: width == 0, "the end")
@@ -93,10 +151,10 @@ class Players(playing.PlayersCase):
         short = self.wait_for_label(saver, lambda width: width > 0, "the first player")
         second = self.play(self.songs[1])
         self.wait_for_label(saver, lambda width: width > 2 * short, "the one that began last")
-        second.tell("set_property", "pause", True)
+        second.pause()
         self.wait_for_label(saver, lambda width: width == short, "the one that goes on")
-        second.tell("set_property", "pause", False)
-        first.tell("set_property", "pause", True)
+        second.go_on()
+        first.pause()
         self.wait_for_label(saver, lambda width: width > 2 * short, "the other one")
         second.end()
         self.wait_for_label(saver, lambda width: width == short, "the paused one that is left")
@@ -104,6 +162,17 @@ class Players(playing.PlayersCase):
         self.wait_for_label(saver, lambda width: width == 0, "neither")
         saver.terminate()
         self.assertEqual(self.finish(saver), 0)
+
+
+class WithMpv(Players):
+    player = Mpv
+
+
+class WithVlc(Players):
+    player = Vlc
+
+
+del Players  # the base alone is no test
 
 
 if __name__ == "__main__":

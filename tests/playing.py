@@ -28,7 +28,7 @@ class PlayersCase(live.LiveCase):
     def make_bus(self):
         config = os.path.join(os.path.dirname(os.path.abspath(__file__)), "dbus-session.conf")
         runtime = os.path.join(self.home, "runtime")
-        os.mkdir(runtime, mode=0o700)
+        os.mkdir(runtime)
         self.env["XDG_RUNTIME_DIR"] = runtime
         bus = subprocess.Popen(["dbus-daemon", f"--config-file={config}", "--nofork",
                                 "--print-address"], env=self.env, stdout=subprocess.PIPE)
