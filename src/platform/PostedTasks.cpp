@@ -4,8 +4,6 @@
 #include <chrono>
 #include <cmath>
 #include <cstddef>
-#include <future>
-#include <memory>
 #include <utility>
 
 namespace pelmora::platform {
@@ -17,17 +15,6 @@ void PostedTasks::post(Task task) {
     _tasks.push_back(std::move(task));
   }
   _workArrived.notify_one();
-}
-
-void PostedTasks::postAndWait(const Task& task) {
-  // A dropped task takes the promise with it, which ends the wait as well.
-  auto finished = std::make_shared<std::promise<void>>();
-  const std::future<void> end = finished->get_future();
-  post([&task, finished = std::move(finished)] {
-    task();
-    finished->set_value();
-  });
-  end.wait();
 }
 
 bool PostedTasks::runBatch() {

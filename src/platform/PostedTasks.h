@@ -9,15 +9,13 @@
 namespace pelmora::platform {
 
 /// The tasks that other threads hand to a scheduler's main thread, first in, first out.
-/// Thread: `post`, `postAndWait`, `wake` and `close` from any, the rest on main. Lock: `_mutex`,
+/// Thread: `post`, `wake` and `close` from any, the rest on main. Lock: `_mutex`,
 /// never held while a task runs or is destroyed.
 class PostedTasks {
  public:
   using Task = Scheduler::Task;
 
   void post(Task task);
-  /// Returns when the task has run, or has been dropped. Not on main.
-  void postAndWait(const Task& task);
 
   /// Runs the tasks that are there now; those they post are for the next batch. False when there
   /// was none.
@@ -28,7 +26,7 @@ class PostedTasks {
   void waitFor(double seconds);
   void wake();
 
-  /// Drops the tasks that are there and all that follow, and lets go those who wait for them.
+  /// Drops the tasks that are there and all that follow.
   void close();
 
  private:

@@ -7,7 +7,7 @@ namespace pelmora::platform {
 
 /// The run loop of the module's main thread, and the only way to wait. Times are seconds of
 /// `Clock::mediaTime`.
-/// Thread: `post`, `runOnMainAndWait`, `isMainThread` and `sleep` from any; the timers on main.
+/// Thread: `post`, `isMainThread` and `sleep` from any; the timers on main.
 class Scheduler {
  public:
   using Task = std::function<void()>;
@@ -25,8 +25,6 @@ class Scheduler {
 
   /// Runs `task` on main, after those posted before.
   virtual void post(Task task) = 0;
-  /// Runs `task` on main and returns when it has run; at once when called on main.
-  virtual void runOnMainAndWait(const Task& task) = 0;
   [[nodiscard]] virtual bool isMainThread() const = 0;
 
   /// Blocks the calling thread.

@@ -50,11 +50,6 @@ void SteppedScheduler::cancel(TimerId timer) {
 
 void SteppedScheduler::post(Task task) { _posted.post(std::move(task)); }
 
-void SteppedScheduler::runOnMainAndWait(const Task& task) {
-  if (isMainThread()) return task();
-  _posted.postAndWait(task);
-}
-
 bool SteppedScheduler::isMainThread() const { return std::this_thread::get_id() == _main; }
 
 void SteppedScheduler::sleep(double seconds) {

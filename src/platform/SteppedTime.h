@@ -48,7 +48,6 @@ class SteppedScheduler : public Scheduler {
   TimerId every(double interval, Task task) override;
   void cancel(TimerId timer) override;
   void post(Task task) override;
-  void runOnMainAndWait(const Task& task) override;
   [[nodiscard]] bool isMainThread() const override;
   /// On main it moves the clock, and no timer runs: they are late afterwards, as after a real
   /// sleep. On other threads it returns at once.

@@ -29,11 +29,6 @@ void RunLoopScheduler::cancel(TimerId timer) {
 
 void RunLoopScheduler::post(Task task) { _posted.post(std::move(task)); }
 
-void RunLoopScheduler::runOnMainAndWait(const Task& task) {
-  if (isMainThread()) return task();
-  _posted.postAndWait(task);
-}
-
 bool RunLoopScheduler::isMainThread() const { return _main == std::this_thread::get_id(); }
 
 void RunLoopScheduler::sleep(double seconds) {

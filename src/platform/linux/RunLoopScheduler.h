@@ -17,7 +17,7 @@ namespace pelmora::platform {
 /// A run loop on the thread that calls `run`. It sleeps until something is posted or the next timer
 /// is due, and wakes once for all timers that are due together. A loop runs once in its life.
 /// Thread: main is the first that runs it, sets a timer or sets the end of turn; `stop`, and what
-/// `Scheduler` says, from any. A wait for main ends without its task when the loop has ended.
+/// `Scheduler` says, from any.
 class RunLoopScheduler : public Scheduler {
  public:
   /// `clock` is a real one, and outlives this.
@@ -30,7 +30,6 @@ class RunLoopScheduler : public Scheduler {
   TimerId every(double interval, Task task) override;
   void cancel(TimerId timer) override;
   void post(Task task) override;
-  void runOnMainAndWait(const Task& task) override;
   /// No thread is main before there is one.
   [[nodiscard]] bool isMainThread() const override;
   /// A stop ends it, on whatever thread; after one it returns at once.

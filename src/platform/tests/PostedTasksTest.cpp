@@ -2,7 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include <atomic>
 #include <memory>
 #include <string>
 #include <thread>
@@ -67,31 +66,12 @@ TEST(PostedTasks, endsALimitedWaitAtItsLimit) {
   EXPECT_FALSE(tasks.runBatch());
 }
 
-TEST(PostedTasks, waitsForATaskOnMain) {
-  PostedTasks tasks;
-  std::thread::id ranOn;
-  std::atomic<bool> returned{false};
-  std::thread other([&] {
-    tasks.postAndWait([&] {
-      EXPECT_FALSE(returned);
-      ranOn = std::this_thread::get_id();
-    });
-    returned = true;
-  });
-  tasks.wait();
-  tasks.runBatch();
-  other.join();
-  EXPECT_EQ(ranOn, std::this_thread::get_id());
-}
-
-TEST(PostedTasks, letsGoThoseWhoWaitWhenItIsClosed) {
+TEST(PostedTasks, dropsWhatIsThereAndWhatFollowsWhenItIsClosed) {
   PostedTasks tasks;
   bool ran = false;
-  std::thread before([&] { tasks.postAndWait([&ran] { ran = true; }); });
-  tasks.wait();
+  tasks.post([&ran] { ran = true; });
   tasks.close();
-  before.join();
-  tasks.postAndWait([&ran] { ran = true; });
+  tasks.post([&ran] { ran = true; });
   EXPECT_FALSE(tasks.runBatch());
   EXPECT_FALSE(ran);
 }

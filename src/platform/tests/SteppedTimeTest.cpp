@@ -156,35 +156,12 @@ TEST(SteppedScheduler, isMainOnTheThreadThatMadeIt) {
   std::thread([&fixture] { EXPECT_FALSE(fixture.scheduler.isMainThread()); }).join();
 }
 
-TEST(SteppedScheduler, runsATaskOnMainForAnotherThread) {
-  Fixture fixture;
-  std::atomic<bool> returned{false};
-  std::thread other([&] {
-    fixture.scheduler.runOnMainAndWait([&] {
-      EXPECT_TRUE(fixture.scheduler.isMainThread());
-      fixture.ran += 'a';
-    });
-    returned = true;
-    fixture.scheduler.wake();
-  });
-  fixture.scheduler.runPostedUntil([&returned] { return returned.load(); });
-  other.join();
-  EXPECT_EQ(fixture.ran, "a");
-}
-
-TEST(SteppedScheduler, runsATaskAtOnceOnMain) {
-  Fixture fixture;
-  fixture.scheduler.runOnMainAndWait(fixture.note('a'));
-  EXPECT_EQ(fixture.ran, "a");
-}
-
 TEST(SteppedScheduler, waitsForBackgroundWorkWithoutTimePassing) {
   class Work : public Operation {
    public:
     explicit Work(SteppedScheduler& scheduler, int& done) : _scheduler(scheduler), _done(done) {}
     void main() override {
       _scheduler.post([this] { ++_done; });
-      _scheduler.runOnMainAndWait([] {});
     }
 
    private:
