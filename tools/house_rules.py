@@ -16,11 +16,13 @@ BELOW = {
     "decoder": ["sandbox", "platform", "shared"],
     "inspector": ["sandbox", "platform", "shared"],
     "sources": ["cache", "platform", "shared"],
+    "filtereditor": ["platform", "shared"],
     "cards": ["render", "platform", "shared"],
     "nowplaying": ["render", "platform", "shared"],
     "view": ["sources", "cards", "nowplaying", "render", "cache", "platform", "shared"],
 }
-BELOW["host"] = ["view", "desktop"] + BELOW["view"]
+BELOW["config"] = ["view", "filtereditor"] + BELOW["view"]
+BELOW["host"] = ["config", "view", "desktop"] + BELOW["view"]
 
 WITHOUT_QT = ("src/shared/", "src/platform/", "src/cache/", "src/sources/")
 MAY_USE_QT = ("src/platform/linux/",)
