@@ -112,14 +112,13 @@ class Players(playing.PlayersCase):
 
     def setUp(self):
         super().setUp()
-        os.chmod(self.home, 0o755)
         self.songs = []
         for song in (("Short", "A", "B"), ("A title that is a good deal longer", "Singer", "Album")):
-            self.songs.append(os.path.join(self.home, f"song {len(self.songs)}.wav"))
+            self.songs.append(os.path.join(self.shared, f"song {len(self.songs)}.wav"))
             write_song(self.songs[-1], *song)
 
     def play(self, *songs):
-        player = self.player(self.env, self.home, songs)
+        player = self.player(self.env, self.shared, songs)
         self.addCleanup(player.end)
         return player
 
