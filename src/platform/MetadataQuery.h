@@ -4,7 +4,10 @@
 #include "platform/SearchScopes.h"
 
 #include <cstddef>
+#include <functional>
 #include <memory>
+#include <string>
+#include <vector>
 
 namespace pelmora::platform {
 
@@ -64,6 +67,11 @@ class MetadataSearch {
   /// The query does not outlive this.
   [[nodiscard]] virtual std::unique_ptr<MetadataQuery> makeQuery() = 0;
   [[nodiscard]] virtual IndexProgress progress() const = 0;
+  /// Asks which texts an attribute has in the files that are known, those that most files have
+  /// first: no more than `count`, each once. The answer, empty where nothing is known, comes once,
+  /// on any thread, and soon or late; or never, if this goes before. Thread: main.
+  virtual void suggestValues(std::string attribute, std::size_t count,
+                             std::function<void(std::vector<std::string>)> answer) = 0;
 };
 
 }  // namespace pelmora::platform

@@ -134,6 +134,12 @@ void IndexWork::enqueue(const FilePath& path, Folder& folder, Place place) {
   }
 }
 
+std::vector<std::string> IndexWork::frequentTexts(const std::string& attribute, std::size_t count) {
+  const std::optional<std::size_t> position = metadata::attributeNamed(attribute);
+  if (!position) return {};
+  return _store.frequentTexts(*position, count, _tools.isOver);
+}
+
 bool IndexWork::doNext() {
   beginAnewIfTheStoreDid();
   takeChanges();

@@ -12,6 +12,7 @@
 #include <map>
 #include <memory>
 #include <optional>
+#include <string>
 #include <unordered_map>
 #include <unordered_set>
 #include <vector>
@@ -46,6 +47,10 @@ class IndexWork {
   void addScopes(QueryId id, const std::vector<FilePath>& folders);
   void start(QueryId id, std::uint64_t number);
   void stop(QueryId id);
+
+  /// The texts that an attribute most often has, as `MetadataSearch::suggestValues` gives them.
+  [[nodiscard]] std::vector<std::string> frequentTexts(const std::string& attribute,
+                                                       std::size_t count);
 
   /// Does the next thing that is to be done now; false when there is nothing left.
   bool doNext();

@@ -192,4 +192,11 @@ std::unique_ptr<MetadataQuery> MetadataIndex::makeQuery() {
 
 IndexProgress MetadataIndex::progress() const { return _thread->progress(); }
 
+void MetadataIndex::suggestValues(std::string attribute, std::size_t count,
+                                  std::function<void(std::vector<std::string>)> answer) {
+  _thread->send([attribute = std::move(attribute), count, answer = std::move(answer)](
+                    IndexWork& work) { answer(work.frequentTexts(attribute, count)); });
+  _thread->start();
+}
+
 }  // namespace pelmora::platform

@@ -1,5 +1,6 @@
 #include "platform/linux/index/MetadataStore.h"
 
+#include "platform/linux/index/FrequentTexts.h"
 #include "platform/linux/index/StoreConnection.h"
 #include "platform/linux/index/StoreFile.h"
 #include "platform/linux/index/StoreQuery.h"
@@ -351,6 +352,13 @@ std::optional<FileMetadata> MetadataStore::metadataOf(FolderId folder, const std
       if (isPath(i)) values[i] = {Constant(path)};
     }
     return FileMetadata(std::move(values));
+  });
+}
+
+std::vector<std::string> MetadataStore::frequentTexts(std::size_t attribute, std::size_t count,
+                                                      const std::function<bool()>& isOver) {
+  return _state->attempt([&](StoreConnection& connection) {
+    return platform::frequentTexts(connection, attribute, count, isOver);
   });
 }
 

@@ -7,7 +7,9 @@
 #include "shared/ReferenceTime.h"
 #include "shared/Result.h"
 
+#include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
@@ -89,6 +91,11 @@ class MetadataStore {
   /// What is known of a file, name and path included; nullopt when it is not known.
   [[nodiscard]] std::optional<metadata::FileMetadata> metadataOf(FolderId folder,
                                                                  const std::string& name);
+  /// The texts that an attribute has in the files that are known: no more than `count`, each once,
+  /// those that most files have first. Of files in great number the newest are counted. `isOver`
+  /// is asked meanwhile, and ends it with what was found.
+  [[nodiscard]] std::vector<std::string> frequentTexts(std::size_t attribute, std::size_t count,
+                                                       const std::function<bool()>& isOver);
 
  private:
   struct State;
