@@ -1,5 +1,6 @@
 #include "filtereditor/tests/EditorFixture.h"
 
+#include <QDialog>
 #include <QPlainTextEdit>
 #include <QPushButton>
 
@@ -71,6 +72,28 @@ TEST_F(PredicateEditorKeysTest, addNoRowWithoutControl) {
   press(Qt::Key_Return, Qt::ShiftModifier);
   EXPECT_EQ(shown<QLineEdit>("Text").size(), 1U);
   EXPECT_EQ(edits, 0);
+}
+
+TEST_F(PredicateEditorKeysTest, leaveReturnToTheSheetAndKeepControlReturnFromIt) {
+  QDialog sheet;
+  auto* layout = new QVBoxLayout(&sheet);
+  auto* rows = new PredicateEditor;
+  auto* okay = new QPushButton("OK");
+  layout->addWidget(rows);
+  layout->addWidget(okay);
+  okay->setDefault(true);
+  int pressed = 0;
+  QObject::connect(okay, &QPushButton::clicked, okay, [&] { ++pressed; });
+  rows->addRow();
+  sheet.show();
+  sheet.activateWindow();
+  QApplication::processEvents();
+  rows->findChild<QLineEdit*>()->setFocus();
+  press(Qt::Key_Return, Qt::ControlModifier);
+  EXPECT_EQ(pressed, 0);
+  EXPECT_EQ(rows->findChildren<QLineEdit*>().size(), 2);
+  press(Qt::Key_Return);
+  EXPECT_EQ(pressed, 1);
 }
 
 TEST_F(PredicateEditorKeysTest, pressTheButtons) {
