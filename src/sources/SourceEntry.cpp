@@ -77,6 +77,14 @@ class StoredValues {
   platform::Log& _log;
 };
 
+/// All that is stored but the bookmark.
+plist::Dictionary valuesOf(const SourceEntry& entry) {
+  return {{"enabled", entry.enabled},
+          {"chance", entry.chance},
+          {"days", static_cast<std::int64_t>(entry.days)},
+          {"screens", entry.screens}};
+}
+
 }  // namespace
 
 Result<SourceEntry> resolveStoredEntry(const plist::Value& stored,
@@ -99,13 +107,16 @@ Result<SourceEntry> resolveStoredEntry(const plist::Value& stored,
 }
 
 plist::Dictionary storedForm(const SourceEntry& entry, const platform::Bookmarks& bookmarks) {
-  plist::Dictionary stored{{"enabled", entry.enabled},
-                           {"chance", entry.chance},
-                           {"days", static_cast<std::int64_t>(entry.days)},
-                           {"screens", entry.screens}};
+  plist::Dictionary stored = valuesOf(entry);
   if (auto bookmark = bookmarks.make(entry.url)) {
     stored.insert_or_assign("bookmark", *std::move(bookmark));
   }
+  return stored;
+}
+
+plist::Dictionary storedForm(const SourceEntry& entry, plist::Bytes bookmark) {
+  plist::Dictionary stored = valuesOf(entry);
+  stored.insert_or_assign("bookmark", std::move(bookmark));
   return stored;
 }
 

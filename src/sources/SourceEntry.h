@@ -40,6 +40,9 @@ struct SourceEntry {
 [[nodiscard]] plist::Dictionary storedForm(const SourceEntry& entry,
                                            const platform::Bookmarks& bookmarks);
 
+/// The entry as it is stored, with a bookmark that is made already.
+[[nodiscard]] plist::Dictionary storedForm(const SourceEntry& entry, plist::Bytes bookmark);
+
 /// The sources of a user who never chose any: the pictures folder alone.
 [[nodiscard]] plist::Array makeDefaultSources(const platform::UserFolders& userFolders,
                                               const platform::Bookmarks& bookmarks);

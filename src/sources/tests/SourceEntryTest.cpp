@@ -125,6 +125,8 @@ TEST_F(SourceEntryTest, comesBackFromItsStoredForm) {
   EXPECT_EQ(plist::Value(stored), plist::Value(complete()));
   fakes.bookmarks.failToMake(folder);
   EXPECT_FALSE(storedForm(entry, fakes.bookmarks).contains("bookmark"));
+  EXPECT_EQ(plist::Value(storedForm(entry, platform::FakeBookmarks::bookmarkOf(folder))),
+            plist::Value(complete()));
 }
 
 TEST_F(SourceEntryTest, isThePicturesFolderByDefault) {
