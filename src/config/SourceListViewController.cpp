@@ -153,9 +153,10 @@ void SourceListViewController::addOrRemoveFolder(int selectedSegment) {
 
 void SourceListViewController::addNewFolder() {
   if (!_view) return;
-  _chooser.chooseFolders(_view->window(), [self = QPointer(this)](std::vector<FilePath> chosen) {
-    if (self) self->addFolders(chosen);
-  });
+  _chooser.chooseFolders(_view->window(),
+                         [self = QPointer(this)](const std::vector<FilePath>& chosen) {
+                           if (self) self->addFolders(chosen);
+                         });
 }
 
 void SourceListViewController::addFolders(const std::vector<FilePath>& folders) {
