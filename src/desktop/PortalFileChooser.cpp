@@ -52,6 +52,7 @@ PortalFileChooser::~PortalFileChooser() { listen(false); }
 void PortalFileChooser::chooseFolders(const Request& request, Chosen chosen) {
   if (_chosen) return;
   _chosen = std::move(chosen);
+  if (!_bus.isConnected()) return finish(std::nullopt);
   QDBusMessage question =
       QDBusMessage::createMethodCall(kPortal, kPath, "org.freedesktop.DBus.Properties", "Get");
   question << kFileChooser << "version";

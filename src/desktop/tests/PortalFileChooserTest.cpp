@@ -114,6 +114,20 @@ TEST_F(PortalFileChooserTest, saysWhereThereIsNone) {
   EXPECT_EQ(choose(), std::nullopt);
 }
 
+TEST_F(PortalFileChooserTest, saysWhereThereIsNoBus) {
+  testBus.kill();
+  while (bus.isConnected()) QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+  EXPECT_EQ(choose(), std::nullopt);
+  const QDBusConnection none("none");
+  PortalFileChooser chooser(none);
+  bool isAnswered = false;
+  chooser.chooseFolders({}, [&isAnswered](const auto& folders) {
+    EXPECT_EQ(folders, std::nullopt);
+    isAnswered = true;
+  });
+  EXPECT_TRUE(isAnswered);
+}
+
 TEST_F(PortalFileChooserTest, livesWithAnswersOfAnotherType) {
   startPortal();
   portal.results = {{"uris", 7}};
