@@ -11,6 +11,7 @@ namespace {
 constexpr Command kCommands[] = {
     {"window", "run the saver in a window", runWindow},
     {"render", "render the saver to picture files, without a display", runRender},
+    {"settings", "open the settings: preview, folders, filter and look", runSettings},
     {"defaults", "read and write the preferences", runDefaults},
     {"check", "tell why a picture is shown or not", runCheck},
     {"match", "list the files that a filter admits", runMatch},

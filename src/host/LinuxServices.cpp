@@ -99,7 +99,7 @@ struct LinuxServices::Parts {
             .workspace = workspace,
             .images = images,
             .metadata = metadata,
-            .sound = sound,
+            .sound = choices.sound ? *choices.sound : sound,
             .notifications = notifications,
             .distributedNotifications = distributedNotifications,
             .runningApplications = runningApplications,

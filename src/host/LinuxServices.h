@@ -13,6 +13,7 @@ struct ServiceChoices {
   platform::Clock* clock = nullptr;
   platform::Scheduler* scheduler = nullptr;  // required by everything that runs views
   platform::Displays* displays = nullptr;    // required by everything that runs views
+  platform::Sound* sound = nullptr;
   bool verbose = false;
   bool samplesWhenNoPictures = false;  // show painted samples to a user who has no pictures
   bool sessionBus = false;             // see the session's music players and notifications

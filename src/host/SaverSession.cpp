@@ -107,6 +107,11 @@ void SaverSession::resize(std::size_t view, const Size& size, double scale) {
   run.layers.setScale(scale);
 }
 
+void SaverSession::restart() {
+  for (const auto& run : _runs) run->view->stopAnimation();
+  for (const auto& run : _runs) run->view->startAnimation();
+}
+
 void SaverSession::stop() {
   if (_frameTimer) _services.scheduler.cancel(*_frameTimer);
   _frameTimer.reset();

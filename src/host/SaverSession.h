@@ -48,6 +48,8 @@ class SaverSession {
   void animateOneFrame();
   /// Commits what changed in the layers; the scheduler's end of each turn.
   void commit();
+  /// Stops the views and starts them anew, with the preferences as they are now.
+  void restart();
   /// The stop sequence.
   void stop();
   /// The place of a view changed its size or scale.
