@@ -64,11 +64,12 @@ class LiveCase(unittest.TestCase):
     """A test with a virtual display and a home, in which there are pictures."""
 
     program = None
+    screen = "1600x600"
 
     def setUp(self):
         self.home = tempfile.mkdtemp()
         self.addCleanup(shutil.rmtree, self.home)
-        self.display = VirtualDisplay("1600x600")
+        self.display = VirtualDisplay(self.screen)
         self.addCleanup(self.display.close)
         self.env = {"PATH": os.environ["PATH"], "HOME": self.home, "DISPLAY": self.display.name,
                     "TZ": "UTC", "QT_QPA_PLATFORM": "xcb"}

@@ -57,6 +57,8 @@ void LineWidget::addButtons(const Actions& actions) {
 
 void LineWidget::add(QWidget* control, const QString& name, int stretch) {
   control->setAccessibleName(name);
+  // A box of choices goes by the one that it shows.
+  control->setAccessibleDescription(name);
   _layout->insertWidget(_layout->count() - 1, control, stretch);
   _controls.insert(_controls.begin() + static_cast<std::ptrdiff_t>(_ownControls++), control);
 }
