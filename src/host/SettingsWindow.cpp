@@ -37,6 +37,7 @@ SettingsWindow::SettingsWindow(config::FolderChooser& chooser, bool verbose)
                       .verbose = verbose,
                       .sessionBus = true}),
       _services(_linuxServices.services()),
+      _preview(std::make_unique<PreviewWidget>(_clock, this)),
       _session(_services) {
   makeParts();
   startPreview();
@@ -56,7 +57,6 @@ void SettingsWindow::makeParts() {
   setWindowFlags(Qt::Window);  // it is the whole program
   setWindowTitle(QCoreApplication::translate("Settings", "Pelmora Screen Saver"));
   setWindowIcon(QIcon::fromTheme("pelmora"));
-  _preview = new PreviewWidget(_clock, this);
   _preview->setAccessibleName(QCoreApplication::translate("Settings", "Preview"));
   _status = new QLabel(this);
   _status->setAccessibleName(QCoreApplication::translate("Settings", "Progress"));
@@ -71,7 +71,7 @@ void SettingsWindow::makeParts() {
   bottom->addWidget(_options);
   bottom->addWidget(close);
   auto* rows = new QVBoxLayout(this);
-  rows->addWidget(_preview, 1);
+  rows->addWidget(_preview.get(), 1);
   rows->addLayout(bottom);
 }
 
@@ -82,7 +82,7 @@ void SettingsWindow::startPreview() {
                    .scale = _preview->devicePixelRatioF(),
                    .display = _displays.displayOf(screen()),
                    .isPreview = true,
-                   .presenter = _preview}});
+                   .presenter = _preview.get()}});
   _scheduler.setEndOfTurn([this] { _session.commit(); });
   _preview->resized = [this] {
     _session.resize(

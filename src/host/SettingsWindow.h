@@ -45,7 +45,7 @@ class SettingsWindow : public QDialog {
   GuiScheduler _scheduler;
   LinuxServices _linuxServices;
   const platform::Services& _services;
-  PreviewWidget* _preview = nullptr;
+  const std::unique_ptr<PreviewWidget> _preview;  // ends with the window, but before the clock
   QLabel* _status = nullptr;
   QPushButton* _options = nullptr;
   SaverSession _session;
