@@ -78,21 +78,22 @@
     </message>
     <message>
         <location filename="../data/ConfigWindow.ui" line="124"/>
+        <location filename="../data/ConfigWindow.ui" line="125"/>
         <source>How the track is shown</source>
         <translation>Darstellung des Titels</translation>
     </message>
     <message>
-        <location filename="../data/ConfigWindow.ui" line="126"/>
+        <location filename="../data/ConfigWindow.ui" line="127"/>
         <source>Fades in and out</source>
         <translation>Blendet ein und aus</translation>
     </message>
     <message>
-        <location filename="../data/ConfigWindow.ui" line="127"/>
+        <location filename="../data/ConfigWindow.ui" line="128"/>
         <source>Flies around</source>
         <translation>Fliegt umher</translation>
     </message>
     <message>
-        <location filename="../data/ConfigWindow.ui" line="128"/>
+        <location filename="../data/ConfigWindow.ui" line="129"/>
         <source>Stands still</source>
         <translation>Steht still</translation>
     </message>
@@ -129,22 +130,22 @@
         <translation>Ausgewählte Ordner entfernen</translation>
     </message>
     <message>
-        <location filename="../src/config/ConfigureSheet.cpp" line="226"/>
+        <location filename="../src/config/ConfigureSheet.cpp" line="210"/>
         <source>These folders cannot be found. OK takes them out of the list:</source>
         <translation>Diese Ordner sind nicht auffindbar. „OK“ nimmt sie aus der Liste:</translation>
     </message>
     <message>
-        <location filename="../src/config/ConfigureSheet.cpp" line="238"/>
+        <location filename="../src/config/ConfigureSheet.cpp" line="222"/>
         <source>Failed to load configuration window.</source>
         <translation>Das Einstellungsfenster konnte nicht geladen werden.</translation>
     </message>
     <message>
-        <location filename="../src/config/ConfigureSheet.cpp" line="240"/>
+        <location filename="../src/config/ConfigureSheet.cpp" line="224"/>
         <source>Damn</source>
         <translation>Mist</translation>
     </message>
     <message>
-        <location filename="../src/config/ConfigureSheet.cpp" line="297"/>
+        <location filename="../src/config/ConfigureSheet.cpp" line="286"/>
         <source>The settings could not be saved.</source>
         <translation>Die Einstellungen konnten nicht gespeichert werden.</translation>
     </message>
@@ -242,7 +243,7 @@
     </message>
     <message>
         <location filename="../src/config/SourcesController.cpp" line="57"/>
-        <location filename="../src/host/tests/TranslationsTest.cpp" line="13"/>
+        <location filename="../src/host/tests/TranslationsTest.cpp" line="15"/>
         <source>All</source>
         <translation>Alle</translation>
     </message>
@@ -472,7 +473,7 @@
         <translation>Ordner auswählen</translation>
     </message>
     <message>
-        <location filename="../src/host/SettingsWindow.cpp" line="57"/>
+        <location filename="../src/host/SettingsWindow.cpp" line="58"/>
         <source>Pelmora Screen Saver</source>
         <translation>Pelmora-Bildschirmschoner</translation>
     </message>
@@ -497,22 +498,22 @@
         <translation>&amp;Schließen</translation>
     </message>
     <message>
-        <location filename="../src/host/SettingsWindow.cpp" line="140"/>
+        <location filename="../src/host/SettingsWindow.cpp" line="145"/>
         <source>No pictures were found. Options lets you choose folders.</source>
         <translation>Es wurden keine Bilder gefunden. Über „Optionen“ können Sie Ordner auswählen.</translation>
     </message>
     <message>
-        <location filename="../src/host/SettingsWindow.cpp" line="143"/>
+        <location filename="../src/host/SettingsWindow.cpp" line="148"/>
         <source>Looking for pictures…</source>
         <translation>Bilder werden gesucht&#xa0;…</translation>
     </message>
     <message>
-        <location filename="../src/host/SettingsWindow.cpp" line="145"/>
+        <location filename="../src/host/SettingsWindow.cpp" line="150"/>
         <source>Folders: %1  Pictures: %2</source>
         <translation>Ordner: %1  Bilder: %2</translation>
     </message>
     <message>
-        <location filename="../src/host/SettingsWindow.cpp" line="149"/>
+        <location filename="../src/host/SettingsWindow.cpp" line="154"/>
         <source>Filter: %1 folders to read</source>
         <translation>Filter: noch %1 Ordner zu lesen</translation>
     </message>

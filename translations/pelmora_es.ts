@@ -78,21 +78,22 @@
     </message>
     <message>
         <location filename="../data/ConfigWindow.ui" line="124"/>
+        <location filename="../data/ConfigWindow.ui" line="125"/>
         <source>How the track is shown</source>
         <translation>Cómo se muestra la pista</translation>
     </message>
     <message>
-        <location filename="../data/ConfigWindow.ui" line="126"/>
+        <location filename="../data/ConfigWindow.ui" line="127"/>
         <source>Fades in and out</source>
         <translation>Aparece y se desvanece</translation>
     </message>
     <message>
-        <location filename="../data/ConfigWindow.ui" line="127"/>
+        <location filename="../data/ConfigWindow.ui" line="128"/>
         <source>Flies around</source>
         <translation>Vuela por la pantalla</translation>
     </message>
     <message>
-        <location filename="../data/ConfigWindow.ui" line="128"/>
+        <location filename="../data/ConfigWindow.ui" line="129"/>
         <source>Stands still</source>
         <translation>Permanece quieta</translation>
     </message>
@@ -129,22 +130,22 @@
         <translation>Quitar las carpetas seleccionadas</translation>
     </message>
     <message>
-        <location filename="../src/config/ConfigureSheet.cpp" line="226"/>
+        <location filename="../src/config/ConfigureSheet.cpp" line="210"/>
         <source>These folders cannot be found. OK takes them out of the list:</source>
         <translation>No se encuentran estas carpetas. «Aceptar» las quita de la lista:</translation>
     </message>
     <message>
-        <location filename="../src/config/ConfigureSheet.cpp" line="238"/>
+        <location filename="../src/config/ConfigureSheet.cpp" line="222"/>
         <source>Failed to load configuration window.</source>
         <translation>No se pudo cargar la ventana de configuración.</translation>
     </message>
     <message>
-        <location filename="../src/config/ConfigureSheet.cpp" line="240"/>
+        <location filename="../src/config/ConfigureSheet.cpp" line="224"/>
         <source>Damn</source>
         <translation>¡Vaya!</translation>
     </message>
     <message>
-        <location filename="../src/config/ConfigureSheet.cpp" line="297"/>
+        <location filename="../src/config/ConfigureSheet.cpp" line="286"/>
         <source>The settings could not be saved.</source>
         <translation>No se pudieron guardar los ajustes.</translation>
     </message>
@@ -242,7 +243,7 @@
     </message>
     <message>
         <location filename="../src/config/SourcesController.cpp" line="57"/>
-        <location filename="../src/host/tests/TranslationsTest.cpp" line="13"/>
+        <location filename="../src/host/tests/TranslationsTest.cpp" line="15"/>
         <source>All</source>
         <translation>Todas</translation>
     </message>
@@ -472,7 +473,7 @@
         <translation>Elegir carpetas</translation>
     </message>
     <message>
-        <location filename="../src/host/SettingsWindow.cpp" line="57"/>
+        <location filename="../src/host/SettingsWindow.cpp" line="58"/>
         <source>Pelmora Screen Saver</source>
         <translation>Salvapantallas Pelmora</translation>
     </message>
@@ -497,22 +498,22 @@
         <translation>&amp;Cerrar</translation>
     </message>
     <message>
-        <location filename="../src/host/SettingsWindow.cpp" line="140"/>
+        <location filename="../src/host/SettingsWindow.cpp" line="145"/>
         <source>No pictures were found. Options lets you choose folders.</source>
         <translation>No se encontraron imágenes. En «Opciones» puede elegir carpetas.</translation>
     </message>
     <message>
-        <location filename="../src/host/SettingsWindow.cpp" line="143"/>
+        <location filename="../src/host/SettingsWindow.cpp" line="148"/>
         <source>Looking for pictures…</source>
         <translation>Buscando imágenes…</translation>
     </message>
     <message>
-        <location filename="../src/host/SettingsWindow.cpp" line="145"/>
+        <location filename="../src/host/SettingsWindow.cpp" line="150"/>
         <source>Folders: %1  Pictures: %2</source>
         <translation>Carpetas: %1  Imágenes: %2</translation>
     </message>
     <message>
-        <location filename="../src/host/SettingsWindow.cpp" line="149"/>
+        <location filename="../src/host/SettingsWindow.cpp" line="154"/>
         <source>Filter: %1 folders to read</source>
         <translation>Carpetas por leer para el filtro: %1</translation>
     </message>

@@ -78,21 +78,22 @@
     </message>
     <message>
         <location filename="../data/ConfigWindow.ui" line="124"/>
+        <location filename="../data/ConfigWindow.ui" line="125"/>
         <source>How the track is shown</source>
         <translation>Mode d&apos;affichage du morceau</translation>
     </message>
     <message>
-        <location filename="../data/ConfigWindow.ui" line="126"/>
+        <location filename="../data/ConfigWindow.ui" line="127"/>
         <source>Fades in and out</source>
         <translation>Apparaît et disparaît en fondu</translation>
     </message>
     <message>
-        <location filename="../data/ConfigWindow.ui" line="127"/>
+        <location filename="../data/ConfigWindow.ui" line="128"/>
         <source>Flies around</source>
         <translation>Vole à travers l&apos;écran</translation>
     </message>
     <message>
-        <location filename="../data/ConfigWindow.ui" line="128"/>
+        <location filename="../data/ConfigWindow.ui" line="129"/>
         <source>Stands still</source>
         <translation>Reste immobile</translation>
     </message>
@@ -129,22 +130,22 @@
         <translation>Retirer les dossiers sélectionnés</translation>
     </message>
     <message>
-        <location filename="../src/config/ConfigureSheet.cpp" line="226"/>
+        <location filename="../src/config/ConfigureSheet.cpp" line="210"/>
         <source>These folders cannot be found. OK takes them out of the list:</source>
         <translation>Ces dossiers sont introuvables. «&#xa0;OK&#xa0;» les retire de la liste&#xa0;:</translation>
     </message>
     <message>
-        <location filename="../src/config/ConfigureSheet.cpp" line="238"/>
+        <location filename="../src/config/ConfigureSheet.cpp" line="222"/>
         <source>Failed to load configuration window.</source>
         <translation>Impossible de charger la fenêtre de configuration.</translation>
     </message>
     <message>
-        <location filename="../src/config/ConfigureSheet.cpp" line="240"/>
+        <location filename="../src/config/ConfigureSheet.cpp" line="224"/>
         <source>Damn</source>
         <translation>Zut</translation>
     </message>
     <message>
-        <location filename="../src/config/ConfigureSheet.cpp" line="297"/>
+        <location filename="../src/config/ConfigureSheet.cpp" line="286"/>
         <source>The settings could not be saved.</source>
         <translation>Impossible d&apos;enregistrer les réglages.</translation>
     </message>
@@ -242,7 +243,7 @@
     </message>
     <message>
         <location filename="../src/config/SourcesController.cpp" line="57"/>
-        <location filename="../src/host/tests/TranslationsTest.cpp" line="13"/>
+        <location filename="../src/host/tests/TranslationsTest.cpp" line="15"/>
         <source>All</source>
         <translation>Tous</translation>
     </message>
@@ -472,7 +473,7 @@
         <translation>Choisir des dossiers</translation>
     </message>
     <message>
-        <location filename="../src/host/SettingsWindow.cpp" line="57"/>
+        <location filename="../src/host/SettingsWindow.cpp" line="58"/>
         <source>Pelmora Screen Saver</source>
         <translation>Économiseur d&apos;écran Pelmora</translation>
     </message>
@@ -497,22 +498,22 @@
         <translation>&amp;Fermer</translation>
     </message>
     <message>
-        <location filename="../src/host/SettingsWindow.cpp" line="140"/>
+        <location filename="../src/host/SettingsWindow.cpp" line="145"/>
         <source>No pictures were found. Options lets you choose folders.</source>
         <translation>Aucune image n&apos;a été trouvée. «&#xa0;Options&#xa0;» permet de choisir des dossiers.</translation>
     </message>
     <message>
-        <location filename="../src/host/SettingsWindow.cpp" line="143"/>
+        <location filename="../src/host/SettingsWindow.cpp" line="148"/>
         <source>Looking for pictures…</source>
         <translation>Recherche d&apos;images…</translation>
     </message>
     <message>
-        <location filename="../src/host/SettingsWindow.cpp" line="145"/>
+        <location filename="../src/host/SettingsWindow.cpp" line="150"/>
         <source>Folders: %1  Pictures: %2</source>
         <translation>Dossiers&#xa0;: %1  Images&#xa0;: %2</translation>
     </message>
     <message>
-        <location filename="../src/host/SettingsWindow.cpp" line="149"/>
+        <location filename="../src/host/SettingsWindow.cpp" line="154"/>
         <source>Filter: %1 folders to read</source>
         <translation>Dossiers à lire pour le filtre&#xa0;: %1</translation>
     </message>

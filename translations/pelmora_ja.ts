@@ -78,21 +78,22 @@
     </message>
     <message>
         <location filename="../data/ConfigWindow.ui" line="124"/>
+        <location filename="../data/ConfigWindow.ui" line="125"/>
         <source>How the track is shown</source>
         <translation>曲の表示方法</translation>
     </message>
     <message>
-        <location filename="../data/ConfigWindow.ui" line="126"/>
+        <location filename="../data/ConfigWindow.ui" line="127"/>
         <source>Fades in and out</source>
         <translation>フェードイン・フェードアウト</translation>
     </message>
     <message>
-        <location filename="../data/ConfigWindow.ui" line="127"/>
+        <location filename="../data/ConfigWindow.ui" line="128"/>
         <source>Flies around</source>
         <translation>画面を飛び回る</translation>
     </message>
     <message>
-        <location filename="../data/ConfigWindow.ui" line="128"/>
+        <location filename="../data/ConfigWindow.ui" line="129"/>
         <source>Stands still</source>
         <translation>静止</translation>
     </message>
@@ -129,22 +130,22 @@
         <translation>選択したフォルダーを取り除く</translation>
     </message>
     <message>
-        <location filename="../src/config/ConfigureSheet.cpp" line="226"/>
+        <location filename="../src/config/ConfigureSheet.cpp" line="210"/>
         <source>These folders cannot be found. OK takes them out of the list:</source>
         <translation>次のフォルダーが見つかりません。「OK」を押すとリストから取り除かれます:</translation>
     </message>
     <message>
-        <location filename="../src/config/ConfigureSheet.cpp" line="238"/>
+        <location filename="../src/config/ConfigureSheet.cpp" line="222"/>
         <source>Failed to load configuration window.</source>
         <translation>設定ウィンドウを読み込めませんでした。</translation>
     </message>
     <message>
-        <location filename="../src/config/ConfigureSheet.cpp" line="240"/>
+        <location filename="../src/config/ConfigureSheet.cpp" line="224"/>
         <source>Damn</source>
         <translation>しまった</translation>
     </message>
     <message>
-        <location filename="../src/config/ConfigureSheet.cpp" line="297"/>
+        <location filename="../src/config/ConfigureSheet.cpp" line="286"/>
         <source>The settings could not be saved.</source>
         <translation>設定を保存できませんでした。</translation>
     </message>
@@ -242,7 +243,7 @@
     </message>
     <message>
         <location filename="../src/config/SourcesController.cpp" line="57"/>
-        <location filename="../src/host/tests/TranslationsTest.cpp" line="13"/>
+        <location filename="../src/host/tests/TranslationsTest.cpp" line="15"/>
         <source>All</source>
         <translation>すべて</translation>
     </message>
@@ -472,7 +473,7 @@
         <translation>フォルダーを選択</translation>
     </message>
     <message>
-        <location filename="../src/host/SettingsWindow.cpp" line="57"/>
+        <location filename="../src/host/SettingsWindow.cpp" line="58"/>
         <source>Pelmora Screen Saver</source>
         <translation>Pelmora スクリーンセーバー</translation>
     </message>
@@ -497,22 +498,22 @@
         <translation>閉じる(&amp;C)</translation>
     </message>
     <message>
-        <location filename="../src/host/SettingsWindow.cpp" line="140"/>
+        <location filename="../src/host/SettingsWindow.cpp" line="145"/>
         <source>No pictures were found. Options lets you choose folders.</source>
         <translation>画像が見つかりませんでした。「オプション」でフォルダーを選択できます。</translation>
     </message>
     <message>
-        <location filename="../src/host/SettingsWindow.cpp" line="143"/>
+        <location filename="../src/host/SettingsWindow.cpp" line="148"/>
         <source>Looking for pictures…</source>
         <translation>画像を探しています…</translation>
     </message>
     <message>
-        <location filename="../src/host/SettingsWindow.cpp" line="145"/>
+        <location filename="../src/host/SettingsWindow.cpp" line="150"/>
         <source>Folders: %1  Pictures: %2</source>
         <translation>フォルダー: %1  画像: %2</translation>
     </message>
     <message>
-        <location filename="../src/host/SettingsWindow.cpp" line="149"/>
+        <location filename="../src/host/SettingsWindow.cpp" line="154"/>
         <source>Filter: %1 folders to read</source>
         <translation>フィルター: 読み取り待ちのフォルダー %1 個</translation>
     </message>

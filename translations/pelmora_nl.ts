@@ -78,21 +78,22 @@
     </message>
     <message>
         <location filename="../data/ConfigWindow.ui" line="124"/>
+        <location filename="../data/ConfigWindow.ui" line="125"/>
         <source>How the track is shown</source>
         <translation>Hoe het nummer wordt getoond</translation>
     </message>
     <message>
-        <location filename="../data/ConfigWindow.ui" line="126"/>
+        <location filename="../data/ConfigWindow.ui" line="127"/>
         <source>Fades in and out</source>
         <translation>Verschijnt en vervaagt</translation>
     </message>
     <message>
-        <location filename="../data/ConfigWindow.ui" line="127"/>
+        <location filename="../data/ConfigWindow.ui" line="128"/>
         <source>Flies around</source>
         <translation>Vliegt rond</translation>
     </message>
     <message>
-        <location filename="../data/ConfigWindow.ui" line="128"/>
+        <location filename="../data/ConfigWindow.ui" line="129"/>
         <source>Stands still</source>
         <translation>Staat stil</translation>
     </message>
@@ -129,22 +130,22 @@
         <translation>Geselecteerde mappen uit de lijst verwijderen</translation>
     </message>
     <message>
-        <location filename="../src/config/ConfigureSheet.cpp" line="226"/>
+        <location filename="../src/config/ConfigureSheet.cpp" line="210"/>
         <source>These folders cannot be found. OK takes them out of the list:</source>
         <translation>Deze mappen zijn niet te vinden. ‘OK’ haalt ze uit de lijst:</translation>
     </message>
     <message>
-        <location filename="../src/config/ConfigureSheet.cpp" line="238"/>
+        <location filename="../src/config/ConfigureSheet.cpp" line="222"/>
         <source>Failed to load configuration window.</source>
         <translation>Het instellingenvenster kon niet worden geladen.</translation>
     </message>
     <message>
-        <location filename="../src/config/ConfigureSheet.cpp" line="240"/>
+        <location filename="../src/config/ConfigureSheet.cpp" line="224"/>
         <source>Damn</source>
         <translation>Verdorie</translation>
     </message>
     <message>
-        <location filename="../src/config/ConfigureSheet.cpp" line="297"/>
+        <location filename="../src/config/ConfigureSheet.cpp" line="286"/>
         <source>The settings could not be saved.</source>
         <translation>De instellingen konden niet worden opgeslagen.</translation>
     </message>
@@ -242,7 +243,7 @@
     </message>
     <message>
         <location filename="../src/config/SourcesController.cpp" line="57"/>
-        <location filename="../src/host/tests/TranslationsTest.cpp" line="13"/>
+        <location filename="../src/host/tests/TranslationsTest.cpp" line="15"/>
         <source>All</source>
         <translation>Alle</translation>
     </message>
@@ -472,7 +473,7 @@
         <translation>Mappen kiezen</translation>
     </message>
     <message>
-        <location filename="../src/host/SettingsWindow.cpp" line="57"/>
+        <location filename="../src/host/SettingsWindow.cpp" line="58"/>
         <source>Pelmora Screen Saver</source>
         <translation>Pelmora-schermbeveiliging</translation>
     </message>
@@ -497,22 +498,22 @@
         <translation>&amp;Sluiten</translation>
     </message>
     <message>
-        <location filename="../src/host/SettingsWindow.cpp" line="140"/>
+        <location filename="../src/host/SettingsWindow.cpp" line="145"/>
         <source>No pictures were found. Options lets you choose folders.</source>
         <translation>Er zijn geen afbeeldingen gevonden. Via ‘Opties’ kunt u mappen kiezen.</translation>
     </message>
     <message>
-        <location filename="../src/host/SettingsWindow.cpp" line="143"/>
+        <location filename="../src/host/SettingsWindow.cpp" line="148"/>
         <source>Looking for pictures…</source>
         <translation>Afbeeldingen zoeken…</translation>
     </message>
     <message>
-        <location filename="../src/host/SettingsWindow.cpp" line="145"/>
+        <location filename="../src/host/SettingsWindow.cpp" line="150"/>
         <source>Folders: %1  Pictures: %2</source>
         <translation>Mappen: %1  Afbeeldingen: %2</translation>
     </message>
     <message>
-        <location filename="../src/host/SettingsWindow.cpp" line="149"/>
+        <location filename="../src/host/SettingsWindow.cpp" line="154"/>
         <source>Filter: %1 folders to read</source>
         <translation>Nog te lezen mappen voor het filter: %1</translation>
     </message>

@@ -2,13 +2,13 @@
 
 #include "config/InterfaceLoader.h"
 #include "filtereditor/PredicateEditor.h"
-#include "platform/Bookmarks.h"
 #include "platform/Log.h"
 #include "platform/MetadataQuery.h"
 #include "platform/predicate/PredicateArchive.h"
 #include "platform/PreferencesStore.h"
 #include "platform/Sound.h"
 #include "sources/PMSourceList.h"
+#include "view/ModuleDefaults.h"
 #include "view/PelmoraView.h"
 
 #include <QCheckBox>
@@ -69,7 +69,7 @@ QDialog* ConfigureSheet::configureSheet() {
     return nullptr;
   }
   _sourceListViewController->setSources(list->sources()->entries());
-  showMissingSources(missingSources());
+  showMissingSources(list->missingSources());
   fillControls();
   fillFilter();
   restoreSize();
@@ -171,6 +171,7 @@ void ConfigureSheet::fillControls() {
       numImages, _numImagesStepper->minimum(), _numImagesStepper->maximum())));
   _numImagesLabel->setText(QString::number(numImages));
   _storedDelay = preferences.doubleForKey("Delay");
+  if (!std::isfinite(_storedDelay)) _storedDelay = view::kDefaultDelay;
   _delayField->setMinimum(kLeastDelay);
   _delayField->setValue(_storedDelay);
   _shownDelay = _delayField->value();
@@ -201,23 +202,6 @@ void ConfigureSheet::restoreSize() {
   if (width && height) {
     _configWindow->resize(static_cast<int>(*width), static_cast<int>(*height));
   }
-}
-
-/// Why each of the stored sources is missing that was not loaded, beginning with its path.
-std::vector<std::string> ConfigureSheet::missingSources() const {
-  const auto sources = _services.preferences.arrayForKey("Sources").value_or(plist::Array());
-  std::vector<std::string> problems;
-  if (_sourceListViewController->sources().size() == sources.size()) return problems;
-  for (const plist::Value& stored : sources) {
-    const auto* entry = stored.get<plist::Dictionary>();
-    const auto bookmark = entry ? entry->find("bookmark") : plist::Dictionary::const_iterator();
-    const bool hasOne = entry && bookmark != entry->end();
-    const auto* bytes = hasOne ? bookmark->second.get<plist::Bytes>() : nullptr;
-    if (!bytes) continue;
-    const auto folder = _services.bookmarks.resolve(*bytes);
-    if (!folder) problems.push_back(folder.error().message);
-  }
-  return problems;
 }
 
 void ConfigureSheet::showMissingSources(const std::vector<std::string>& problems) {
@@ -291,13 +275,19 @@ void ConfigureSheet::end(ReturnCode code) {
   if (const auto list = _view.sourceList()) list->unloadSources();
   _isOpen = false;
   _configWindow->hide();
-  if (!stored) {
-    QMessageBox::warning(
-        _parent, "Pelmora",
-        QCoreApplication::translate("Settings", "The settings could not be saved.") + "\n" +
-            QString::fromStdString(stored.error().message));
-  }
   sheetEnded(code);
+  if (!stored) warnOfLoss(stored.error());
+}
+
+/// Without waiting for an answer: the program may be about to end.
+void ConfigureSheet::warnOfLoss(const Error& problem) {
+  auto* warning =
+      new QMessageBox(QMessageBox::Warning, "Pelmora",
+                      QCoreApplication::translate("Settings", "The settings could not be saved.") +
+                          "\n" + QString::fromStdString(problem.message),
+                      QMessageBox::Ok, _parent);
+  warning->setAttribute(Qt::WA_DeleteOnClose);
+  warning->open();
 }
 
 }  // namespace pelmora::config

@@ -3,11 +3,13 @@
 #include "config/SourceListViewController.h"
 #include "platform/Services.h"
 #include "shared/FilePath.h"
+#include "shared/Result.h"
 
 #include <QObject>
 
 #include <functional>
 #include <memory>
+#include <string>
 #include <vector>
 
 class QCheckBox;
@@ -70,11 +72,11 @@ class ConfigureSheet : public QObject {
   void fillFilter();
   void restoreSize();
   void showMissingSources(const std::vector<std::string>& problems);
-  [[nodiscard]] std::vector<std::string> missingSources() const;
   void alertOfFailure();
   void storeSize();
   void storeFilter();
   void end(ReturnCode code);
+  void warnOfLoss(const Error& problem);
 
   view::PelmoraView& _view;
   const platform::Services& _services;

@@ -71,10 +71,13 @@ SourceCounter::~SourceCounter() {
 }
 
 void SourceCounter::add(const std::vector<FilePath>& folders) {
+  bool isAnyNew = false;
   for (const FilePath& folder : folders) {
     if (!_counts.try_emplace(folder).second) continue;
+    isAnyNew = true;
     _walk->addEnumOpToQueue(_walk->enumQueue(), folder, 0, true);
   }
+  if (!isAnyNew) return;
   _recordsSeen = 0;  // what was found before may be in a folder that is new
   for (auto& [folder, count] : _counts) count.pictures = 0;
 }

@@ -26,6 +26,8 @@ void PortalFolderChooser::chooseFolders(QWidget* parent,
       {portalName(parent), title},
       [this, parent = QPointer<QWidget>(parent), chosen = std::move(chosen)](const auto& folders) {
         if (folders) return chosen(*folders);
+        // The window may have been closed while the portal was waited for.
+        if (!parent || !parent->isVisible()) return chosen({});
         _dialog.chooseFolders(parent, chosen);
       });
 }

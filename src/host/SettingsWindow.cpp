@@ -56,7 +56,7 @@ SettingsWindow::~SettingsWindow() {
 void SettingsWindow::makeParts() {
   setWindowFlags(Qt::Window);  // it is the whole program
   setWindowTitle(QCoreApplication::translate("Settings", "Pelmora Screen Saver"));
-  setWindowIcon(QIcon::fromTheme("pelmora"));
+  setWindowIcon(QIcon::fromTheme("preferences-desktop-screensaver"));
   _preview->setAccessibleName(QCoreApplication::translate("Settings", "Preview"));
   _status = new QLabel(this);
   _status->setAccessibleName(QCoreApplication::translate("Settings", "Progress"));
@@ -95,10 +95,15 @@ void SettingsWindow::startPreview() {
 
 void SettingsWindow::openOptions() {
   QDialog* window = _sheet->configureSheet();
-  if (!window) return;
+  if (!window) {
+    // The list may have been emptied for it.
+    _session.restart();
+    _session.commit();
+    return;
+  }
   _options->setEnabled(false);
   window->setWindowModality(Qt::WindowModal);
-  countSources();
+  watchSources();
   window->show();
 }
 
@@ -109,7 +114,7 @@ void SettingsWindow::optionsEnded() {
   _session.commit();
 }
 
-void SettingsWindow::countSources() {
+void SettingsWindow::watchSources() {
   config::SourceListViewController& list = *_sheet->sourceListViewController();
   list.openFolder = openInFileManager;
   _counter = std::make_unique<config::SourceCounter>(

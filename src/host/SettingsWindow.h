@@ -35,7 +35,7 @@ class SettingsWindow : public QDialog {
   void makeParts();
   void startPreview();
   void optionsEnded();
-  void countSources();
+  void watchSources();
   void showProgress();
   [[nodiscard]] QString progress() const;
 

@@ -1,9 +1,8 @@
 #pragma once
 
 #include <QLocale>
+#include <QStringList>
 #include <QTranslator>
-
-#include <string>
 
 namespace pelmora::host {
 
@@ -12,7 +11,10 @@ namespace pelmora::host {
 /// Thread: GUI. A QCoreApplication must be there.
 class Translations {
  public:
-  explicit Translations(const QLocale& locale = QLocale());
+  explicit Translations(const QLocale& locale = QLocale())
+      : Translations(locale, locale.uiLanguages()) {}
+  /// The user's languages, the first choice first.
+  Translations(const QLocale& locale, const QStringList& languages);
   ~Translations();
   Translations(const Translations&) = delete;
   Translations& operator=(const Translations&) = delete;

@@ -92,10 +92,12 @@ void PMSourceList::loadSourcesFromPrefs(platform::PreferencesStore& prefs, bool 
 
 void PMSourceList::loadSources(const plist::Array& stored, bool enumerateFolders) {
   std::vector<SourceEntry> entries;
+  _missingSources.clear();
   for (const plist::Value& value : stored) {
     Result<SourceEntry> entry = resolveStoredEntry(value, _services);
     if (!entry) {
       _services.log.print("Pelmora: Error resolving bookmark: %s", entry.error().message.c_str());
+      _missingSources.push_back(entry.error().message);
       continue;
     }
     _services.log.print("Pelmora: loaded folder %s days %llu", entry->url.c_str(),

@@ -142,6 +142,8 @@ class PMSourceList {
 
   [[nodiscard]] platform::Files& fileMan() const { return _services.files; }
   [[nodiscard]] SharedSourceEntries sources() const;
+  /// Why each of the stored sources that is not among the loaded ones is missing. Main.
+  [[nodiscard]] const std::vector<std::string>& missingSources() const { return _missingSources; }
   /// The records as they are now, in the order in which they were added.
   [[nodiscard]] std::vector<std::shared_ptr<PMFolder>> dirItems() const;
   [[nodiscard]] platform::OperationQueue& enumQueue() { return _enumQueue; }
@@ -195,6 +197,7 @@ class PMSourceList {
 
   // On main:
   std::int32_t _numLoaders = 0;
+  std::vector<std::string> _missingSources;
   bool _usesSecurityScoped = false;
   std::optional<platform::Scheduler::TimerId> _dayTimer;
 

@@ -28,6 +28,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <cmath>
+
 namespace pelmora::config {
 
 namespace {
@@ -262,6 +264,13 @@ TEST_F(ConfigureSheetTest, keepsADelayThatItsFieldOnlyRounds) {
   EXPECT_EQ(stored("Delay"), plist::Value(0.5));
 }
 
+TEST_F(ConfigureSheetTest, takesADelayThatIsNoNumberAsTheDefault) {
+  store("Delay", std::nan(""));
+  open();
+  click(QDialogButtonBox::Ok);
+  EXPECT_EQ(stored("Delay"), plist::Value(view::kDefaultDelay));
+}
+
 TEST_F(ConfigureSheetTest, keepsTheStateOfTheTrackThatWasStored) {
   store("ShowiTunesTrack", 2);
   open();
@@ -401,10 +410,15 @@ TEST_F(ConfigureSheetTest, saysWhenTheListOfItsSourcesCannotBeLoaded) {
 
 TEST_F(ConfigureSheetTest, saysWhenTheSettingsCannotBeSaved) {
   open();
+  bool hasEnded = false;
+  sheet->sheetEnded = [&hasEnded](ConfigureSheet::ReturnCode) { hasEnded = true; };
   fakes.preferences.failToSynchronize("No space left on device");
-  answerAlert();
   click(QDialogButtonBox::Ok);
-  EXPECT_THAT(alertText.toStdString(), HasSubstr("No space left on device"));
+  EXPECT_TRUE(hasEnded);
+  auto* alert = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
+  ASSERT_NE(alert, nullptr);
+  EXPECT_THAT(alert->text().toStdString(), HasSubstr("No space left on device"));
+  QTest::mouseClick(alert->button(QMessageBox::Ok), Qt::LeftButton);
 }
 
 TEST_F(ConfigureSheetTest, canChooseAStyleOnlyWhileTheTrackIsShown) {

@@ -14,16 +14,26 @@
 
 namespace pelmora::host {
 
-TEST(PortalFolderChooser, usesTheToolkitsDialogWhereThereIsNoPortal) {
-  setenv("DBUS_SESSION_BUS_ADDRESS", "unix:path=/nonexistent/bus", 1);
-  char name[] = "test";
-  char* words[] = {name, nullptr};
+namespace {
+
+class PortalFolderChooserTest : public testing::Test {
+ protected:
+  PortalFolderChooserTest() { setenv("DBUS_SESSION_BUS_ADDRESS", "unix:path=/none", 1); }
+
+  char name[5] = "test";
+  char* words[2] = {name, nullptr};
   int count = 1;
-  const QApplication application(count, words);
+  QApplication application{count, words};
   QWidget parent;
   PortalFolderChooser chooser;
   std::optional<std::vector<FilePath>> chosen;
-  chooser.chooseFolders(&parent, [&chosen](auto folders) { chosen = std::move(folders); });
+};
+
+}  // namespace
+
+TEST_F(PortalFolderChooserTest, usesTheToolkitsDialogWhereThereIsNoPortal) {
+  parent.show();
+  chooser.chooseFolders(&parent, [this](auto folders) { chosen = std::move(folders); });
   QFileDialog* dialog = nullptr;
   while (!dialog) {
     QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
@@ -35,6 +45,11 @@ TEST(PortalFolderChooser, usesTheToolkitsDialogWhereThereIsNoPortal) {
   dialog->reject();
   while (!chosen) QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
   EXPECT_TRUE(chosen->empty());
+}
+
+TEST_F(PortalFolderChooserTest, opensNoDialogOverAWindowThatWasClosed) {
+  chooser.chooseFolders(&parent, [this](auto folders) { chosen = std::move(folders); });
+  EXPECT_THAT(chosen, testing::Optional(testing::IsEmpty()));
 }
 
 }  // namespace pelmora::host

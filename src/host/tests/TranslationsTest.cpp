@@ -28,6 +28,15 @@ TEST_F(TranslationsTest, speakTheUsersLanguageAsLongAsTheyLive) {
   EXPECT_EQ(all(), "All");
 }
 
+TEST_F(TranslationsTest, speakTheFirstLanguageOfSeveralThatThereIs) {
+  const auto allIn = [](const QStringList& languages) {
+    const Translations translations(QLocale("de_DE"), languages);
+    return all();
+  };
+  EXPECT_EQ(allIn({"is", "fr-FR", "de"}), "Tous");
+  EXPECT_EQ(allIn({"en-GB", "de"}), "All");
+}
+
 TEST_F(TranslationsTest, speakEnglishWhereThereAreNone) {
   const Translations icelandic(QLocale("is_IS"));
   EXPECT_EQ(all(), "All");
