@@ -1,8 +1,7 @@
 #include "desktop/PlayerWatch.h"
 
 #include "desktop/BusValues.h"
-
-#include <QDBusPendingCallWatcher>
+#include "desktop/PendingCall.h"
 
 #include <algorithm>
 #include <cmath>
@@ -19,17 +18,6 @@ constexpr const char* kProperties = "org.freedesktop.DBus.Properties";
 constexpr const char* kChanged = "PropertiesChanged";
 constexpr const char* kBus = "org.freedesktop.DBus";
 constexpr const char* kBusPath = "/org/freedesktop/DBus";
-
-/// Calls `then` with the finished call, unless `context` is gone by then.
-template <typename Then>
-void whenFinished(const QDBusPendingCall& call, QObject* context, Then then) {
-  auto* watcher = new QDBusPendingCallWatcher(call, context);
-  QObject::connect(watcher, &QDBusPendingCallWatcher::finished, context,
-                   [then = std::move(then)](QDBusPendingCallWatcher* finished) {
-                     finished->deleteLater();
-                     then(*finished);
-                   });
-}
 
 QDBusMessage callToBus(const char* method) {
   return QDBusMessage::createMethodCall(kBus, kBusPath, kBus, method);

@@ -1,7 +1,8 @@
 #include "desktop/PortalFileChooser.h"
 
+#include "desktop/PendingCall.h"
+
 #include <QDBusMessage>
-#include <QDBusPendingCallWatcher>
 #include <QDBusVariant>
 
 #include <string>
@@ -19,16 +20,6 @@ constexpr unsigned int kVersionWithFolders = 3;
 constexpr unsigned int kWasChosen = 0;
 constexpr unsigned int kWasCancelled = 1;
 constexpr int kUntilChosen = 30'000;  // for the request's own handle, not for the user
-
-template <typename Then>
-void whenFinished(const QDBusPendingCall& call, QObject* context, Then then) {
-  auto* watcher = new QDBusPendingCallWatcher(call, context);
-  QObject::connect(watcher, &QDBusPendingCallWatcher::finished, context,
-                   [then = std::move(then)](QDBusPendingCallWatcher* finished) {
-                     finished->deleteLater();
-                     then(*finished);
-                   });
-}
 
 bool offersFolders(const QDBusPendingCall& call) {
   if (call.isError() || call.reply().signature() != QLatin1String("v")) return false;
