@@ -161,7 +161,8 @@ TEST(SteppedScheduler, waitsForBackgroundWorkWithoutTimePassing) {
    public:
     explicit Work(SteppedScheduler& scheduler, int& done) : _scheduler(scheduler), _done(done) {}
     void main() override {
-      _scheduler.post([this] { ++_done; });
+      // The task may run when this has ended.
+      _scheduler.post([&done = _done] { ++done; });
     }
 
    private:
