@@ -7,6 +7,7 @@
 #include "config/FolderChooser.h"
 #include "config/InterfaceLoader.h"
 #include "config/SourceDelegate.h"
+#include "config/SourceMenu.h"
 #include "platform/Bookmarks.h"
 #include "platform/Displays.h"
 #include "platform/Files.h"
@@ -18,7 +19,6 @@
 #include <QHeaderView>
 #include <QItemSelectionModel>
 #include <QLocale>
-#include <QMenu>
 #include <QPushButton>
 
 #include <algorithm>
@@ -79,6 +79,7 @@ SourceListViewController::SourceListViewController(const platform::Services& ser
       _view(view.release()) {}
 
 SourceListViewController::~SourceListViewController() {
+  delete _menu;
   if (!_view) return;
   if (!_view->parent()) {
     delete _view;
@@ -100,12 +101,16 @@ Status SourceListViewController::connectOutlets() {
   auto* remove = _view->findChild<QPushButton*>(QStringLiteral("removeButton"));
   if (!_sourceTable) return Error{"there is no \"sourceTable\""};
   if (!add || !remove) return Error{"there is no \"addButton\" or no \"removeButton\""};
+  _changeButton = _view->findChild<QPushButton*>(QStringLiteral("changeButton"));
+  if (!_changeButton) return Error{"there is no \"changeButton\""};
 
   _addAndDeleteSegButtons.setExclusive(false);
   _addAndDeleteSegButtons.addButton(add, kAddSegment);
   _addAndDeleteSegButtons.addButton(remove, kRemoveSegment);
   connect(&_addAndDeleteSegButtons, &QButtonGroup::idClicked, this,
           &SourceListViewController::addOrRemoveFolder);
+  connect(_changeButton, &QPushButton::clicked, this,
+          [this] { showMenu(_changeButton->mapToGlobal(_changeButton->rect().bottomLeft())); });
 
   _cellDelegate = new SourceDelegate(_sourceTable);
   _cellDelegate->shouldEndEditing = [this](QLineEdit& field) {
@@ -124,7 +129,7 @@ Status SourceListViewController::connectOutlets() {
 }
 
 void SourceListViewController::viewDidLoad() {
-  _addAndDeleteSegButtons.button(kRemoveSegment)->setEnabled(false);
+  enableDeleteButton();
   _screensMenuList.append(allScreensText());
   const std::size_t numScreens = _services.displays.screens().size();
   for (std::size_t screen = 1; screen <= numScreens; ++screen) {
@@ -205,7 +210,10 @@ void SourceListViewController::removeSelectedFolders() {
 
 void SourceListViewController::enableDeleteButton() {
   QAbstractButton* remove = _addAndDeleteSegButtons.button(kRemoveSegment);
-  if (remove && _sourceTable) remove->setEnabled(_sourceTable->selectionModel()->hasSelection());
+  if (!remove || !_sourceTable) return;
+  const bool hasSelection = _sourceTable->selectionModel()->hasSelection();
+  remove->setEnabled(hasSelection);
+  _changeButton->setEnabled(hasSelection);
 }
 
 void SourceListViewController::tableViewSelectionDidChange() { enableDeleteButton(); }
@@ -232,7 +240,7 @@ QWidget* SourceListViewController::makeEnabledCell(int row) {
   cell->cb().setChecked(sources()[static_cast<std::size_t>(row)].enabled);
   connect(&cell->cb(), &QCheckBox::clicked, this, [this, cell](bool isOn) {
     if (cell->sourceDict().isValid()) {
-      _sourcesController.setEnabled(cell->sourceDict().row(), isOn);
+      _sourcesController.setEnabled({cell->sourceDict().row()}, isOn);
     }
   });
   return cell;
@@ -259,7 +267,7 @@ void SourceListViewController::dayChosen(DaysCellView& sender, int tag) {
   } else {
     return;
   }
-  _sourcesController.setDays(row, days);
+  _sourcesController.setDays({row}, days);
   sender.showDays(days);
 }
 
@@ -292,7 +300,7 @@ bool SourceListViewController::mayEndEditing(QWidget& editor) {
 bool SourceListViewController::endEditing() { return !_sourceTable || _sourceTable->endEditing(); }
 
 void SourceListViewController::toggleEnabled(int row) {
-  _sourcesController.setEnabled(row, !sources()[static_cast<std::size_t>(row)].enabled);
+  _sourcesController.setEnabled({row}, !sources()[static_cast<std::size_t>(row)].enabled);
 }
 
 void SourceListViewController::activate(const QModelIndex& index) {
@@ -311,22 +319,17 @@ void SourceListViewController::openDaysMenu(int row) {
 }
 
 void SourceListViewController::showMenu(const QPoint& globalPosition) {
-  auto* menu = new QMenu(_sourceTable);
-  menu->setAttribute(Qt::WA_DeleteOnClose);
-  const std::vector<int> rows = selectedRows();
+  if (!endEditing()) return;
+  auto* menu = new SourceMenu(_sourcesController, selectedRows(), _screensMenuList, _sourceTable);
+  menu->editCell = [this](int row, SourceColumn column) {
+    _sourceTable->editCell(SourcesController::indexOf(_sourcesController, row, column));
+  };
+  menu->removeSources = [this] { removeSelectedFolders(); };
   if (openFolder) {
-    QAction* open = menu->addAction(QCoreApplication::translate("Settings", "&Open Folder"));
-    open->setEnabled(rows.size() == 1);
-    connect(open, &QAction::triggered, this, [this] {
-      const std::vector<int> chosen = selectedRows();
-      if (chosen.size() != 1) return;
-      activate(
-          SourcesController::indexOf(_sourcesController, chosen.front(), SourceColumn::folder));
-    });
+    menu->offerFolder(
+        [this](int row) { openFolder(sources()[static_cast<std::size_t>(row)].url); });
   }
-  QAction* remove = menu->addAction(QCoreApplication::translate("Settings", "&Remove"));
-  remove->setEnabled(!rows.empty());
-  connect(remove, &QAction::triggered, this, [this] { removeSelectedFolders(); });
+  _menu = menu;
   menu->popup(globalPosition);
 }
 

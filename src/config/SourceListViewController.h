@@ -9,8 +9,10 @@
 
 #include <QButtonGroup>
 #include <QLineEdit>
+#include <QMenu>
 #include <QObject>
 #include <QPointer>
+#include <QPushButton>
 #include <QStringList>
 #include <QWidget>
 
@@ -64,6 +66,7 @@ class SourceListViewController : public QObject, private SourceTableOwner {
   /// is left out.
   void addFolders(const std::vector<FilePath>& folders);
   void removeSelectedFolders() override;
+  /// Enables what acts on the selected folders.
   void enableDeleteButton();
   /// The item with that tag was chosen in the cell's menu.
   void dayChosen(DaysCellView& sender, int tag);
@@ -112,8 +115,10 @@ class SourceListViewController : public QObject, private SourceTableOwner {
   QButtonGroup _addAndDeleteSegButtons;  // the buttons are in the view
   QStringList _screensMenuList;
   QPointer<QWidget> _view;
+  QPushButton* _changeButton = nullptr;    // in the view
   QPointer<SourceTable> _sourceTable;      // in the view
   QPointer<SourceDelegate> _cellDelegate;  // in the view
+  QPointer<QMenu> _menu;                   // the last that was opened
 };
 
 }  // namespace pelmora::config

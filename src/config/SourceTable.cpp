@@ -133,9 +133,14 @@ bool SourceTable::endEditing() {
   return true;
 }
 
-void SourceTable::openChoices(const QModelIndex& index) {
+void SourceTable::editCell(const QModelIndex& index) {
+  setFocus();
   setCurrentIndex(index);
   edit(index);
+}
+
+void SourceTable::openChoices(const QModelIndex& index) {
+  editCell(index);
   // Once it has its place.
   if (auto* choices = qobject_cast<QComboBox*>(openEditor())) {
     QTimer::singleShot(0, choices, [choices] { choices->showPopup(); });

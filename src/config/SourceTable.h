@@ -48,7 +48,9 @@ class SourceTable : public QTableView {
   void revealRow(int row);
   /// Ends an edit that is open, as if the user had left it. False where it may not end yet.
   bool endEditing();
-  /// Opens the editor of the screens with its choices.
+  /// Opens the field of a cell that has one.
+  void editCell(const QModelIndex& index);
+  /// The same, of the screens, with its choices.
   void openChoices(const QModelIndex& index);
 
  protected:

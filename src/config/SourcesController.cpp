@@ -93,17 +93,29 @@ void SourcesController::removeObjects(std::vector<int> rows) {
   announce();
 }
 
-void SourcesController::setEnabled(int row, bool enabled) {
-  if (!hasRow(row)) return;
-  _content[static_cast<std::size_t>(row)].enabled = enabled;
+void SourcesController::setEnabled(const std::vector<int>& rows, bool enabled) {
   // Not of the columns with fields: what is being typed there would be lost.
-  changed(row, SourceColumn::enabled, SourceColumn::days);
+  edit(rows, SourceColumn::enabled, SourceColumn::days,
+       [enabled](SourceEntry& entry) { entry.enabled = enabled; });
 }
 
-void SourcesController::setDays(int row, std::uint64_t days) {
-  if (!hasRow(row)) return;
-  _content[static_cast<std::size_t>(row)].days = days;
-  changed(row, SourceColumn::days, SourceColumn::days);
+void SourcesController::setDays(const std::vector<int>& rows, std::uint64_t days) {
+  edit(rows, SourceColumn::days, SourceColumn::days,
+       [days](SourceEntry& entry) { entry.days = days; });
+}
+
+void SourcesController::changeDays(const std::vector<int>& rows, std::uint64_t days, bool isUsed) {
+  edit(rows, SourceColumn::days, SourceColumn::days, [days, isUsed](SourceEntry& entry) {
+    entry.days = isUsed ? entry.days | days : entry.days & ~days;
+  });
+}
+
+void SourcesController::setTyped(const std::vector<int>& rows, SourceColumn column,
+                                 const QString& typed) {
+  edit(rows, column, column, [this, column, &typed](SourceEntry& entry) {
+    if (column == SourceColumn::chance) setChance(entry, typed);
+    if (column == SourceColumn::screens) setScreens(entry, typed);
+  });
 }
 
 void SourcesController::setStatus(const FilePath& url, SourceStatus status) {
@@ -182,17 +194,14 @@ Qt::ItemFlags SourcesController::flags(const QModelIndex& index) const {
 
 bool SourcesController::setData(const QModelIndex& index, const QVariant& value, int role) {
   if (!index.isValid() || !hasRow(index.row())) return false;
-  SourceEntry& entry = _content[static_cast<std::size_t>(index.row())];
   if (role == Qt::CheckStateRole && isIn(index, SourceColumn::enabled)) {
-    setEnabled(index.row(), value.toInt() == Qt::Checked);
+    setEnabled({index.row()}, value.toInt() == Qt::Checked);
     return true;
   }
-  if (role != Qt::EditRole) return false;
-  const bool isSet = (isIn(index, SourceColumn::chance) && setChance(entry, value)) ||
-                     (isIn(index, SourceColumn::screens) && setScreens(entry, value));
-  const auto column = static_cast<SourceColumn>(index.column());
-  if (isSet) changed(index.row(), column, column);
-  return isSet;
+  const bool hasField = isIn(index, SourceColumn::chance) || isIn(index, SourceColumn::screens);
+  if (role != Qt::EditRole || !hasField) return false;
+  setTyped({index.row()}, static_cast<SourceColumn>(index.column()), value.toString());
+  return true;
 }
 
 bool SourcesController::hasRow(int row) const { return row >= 0 && row < rowCount(); }
@@ -243,22 +252,28 @@ QString SourcesController::accessibleText(const SourceEntry& entry, SourceColumn
   }
 }
 
-bool SourcesController::setChance(SourceEntry& entry, const QVariant& typed) const {
-  const auto number =
-      _chances.reverseTransformedValue(plist::Value(typed.toString().toStdString()));
+void SourcesController::setChance(SourceEntry& entry, const QString& typed) const {
+  const auto number = _chances.reverseTransformedValue(plist::Value(typed.toStdString()));
   entry.chance = number->doubleValue();
-  return true;
 }
 
-bool SourcesController::setScreens(SourceEntry& entry, const QVariant& typed) const {
-  const auto stored =
-      _screens.reverseTransformedValue(plist::Value(typed.toString().toStdString()));
+void SourcesController::setScreens(SourceEntry& entry, const QString& typed) const {
+  const auto stored = _screens.reverseTransformedValue(plist::Value(typed.toStdString()));
   entry.screens = *stored->get<std::string>();
-  return true;
 }
 
-void SourcesController::changed(int row, SourceColumn first, SourceColumn last) {
-  Q_EMIT dataChanged(indexOf(*this, row, first), indexOf(*this, row, last));
+void SourcesController::edit(const std::vector<int>& rows, SourceColumn first, SourceColumn last,
+                             const std::function<void(SourceEntry&)>& change) {
+  int lowest = rowCount();
+  int highest = -1;
+  for (const int row : rows) {
+    if (!hasRow(row)) continue;
+    change(_content[static_cast<std::size_t>(row)]);
+    lowest = std::min(lowest, row);
+    highest = std::max(highest, row);
+  }
+  if (highest < 0) return;
+  Q_EMIT dataChanged(indexOf(*this, lowest, first), indexOf(*this, highest, last));
   announce();
 }
 

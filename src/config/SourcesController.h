@@ -48,8 +48,13 @@ class SourcesController : public QAbstractTableModel {
   /// Removes rows, given in any order.
   void removeObjects(std::vector<int> rows);
 
-  void setEnabled(int row, bool enabled);
-  void setDays(int row, std::uint64_t days);
+  // Edits of several rows, which are announced as one. Those that are no rows are left out.
+  void setEnabled(const std::vector<int>& rows, bool enabled);
+  void setDays(const std::vector<int>& rows, std::uint64_t days);
+  /// Adds the days of a mask, or takes them away.
+  void changeDays(const std::vector<int>& rows, std::uint64_t days, bool isUsed);
+  /// What was typed into a column with fields.
+  void setTyped(const std::vector<int>& rows, SourceColumn column, const QString& typed);
   /// Of the folder, in whichever row it is.
   void setStatus(const FilePath& url, SourceStatus status);
 
@@ -79,9 +84,10 @@ class SourcesController : public QAbstractTableModel {
   [[nodiscard]] QString toolTip(const sources::SourceEntry& entry, SourceColumn column) const;
   [[nodiscard]] QString accessibleText(const sources::SourceEntry& entry,
                                        SourceColumn column) const;
-  bool setChance(sources::SourceEntry& entry, const QVariant& typed) const;
-  bool setScreens(sources::SourceEntry& entry, const QVariant& typed) const;
-  void changed(int row, SourceColumn first, SourceColumn last);
+  void setChance(sources::SourceEntry& entry, const QString& typed) const;
+  void setScreens(sources::SourceEntry& entry, const QString& typed) const;
+  void edit(const std::vector<int>& rows, SourceColumn first, SourceColumn last,
+            const std::function<void(sources::SourceEntry&)>& change);
   void announce();
 
   ChanceValueTransformer _chances;

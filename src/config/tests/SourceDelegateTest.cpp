@@ -190,8 +190,8 @@ TEST_F(SourceDelegateTest, refusesNothingTypedOutsideTheList) {
 TEST_F(SourceDelegateTest, keepsWhatIsTypedWhileTheRestOfItsRowChanges) {
   show(numbered(1));
   openChance(0)->setText("12");
-  controller->sourcesController().setEnabled(0, false);
-  controller->sourcesController().setDays(0, 1);
+  controller->sourcesController().setEnabled({0}, false);
+  controller->sourcesController().setDays({0}, 1);
   controller->setStatus(entry(0).url, {7, true});
   EXPECT_EQ(field<QLineEdit>()->text(), "12");
 }
@@ -225,7 +225,7 @@ TEST_F(SourceDelegateTest, takesAScreenAsSoonAsItIsChosen) {
 TEST_F(SourceDelegateTest, paintsTheDaysApart) {
   show(numbered(1));
   const QImage everyDay = painted(SourceColumn::days);
-  controller->sourcesController().setDays(0, 1);
+  controller->sourcesController().setDays({0}, 1);
   const QImage sunday = painted(SourceColumn::days);
   EXPECT_NE(everyDay, sunday);
   const QImage mirrored = painted(SourceColumn::days, Qt::RightToLeft);
@@ -243,7 +243,7 @@ TEST_F(SourceDelegateTest, marksAFolderThatIsGone) {
 TEST_F(SourceDelegateTest, paintsWhatIsSwitchedOffFainter) {
   show(numbered(1));
   const QImage on = painted(SourceColumn::chance);
-  controller->sourcesController().setEnabled(0, false);
+  controller->sourcesController().setEnabled({0}, false);
   EXPECT_NE(painted(SourceColumn::chance), on);
 }
 

@@ -61,6 +61,13 @@ TEST_F(SourceListViewControllerTest, cannotBeMadeOfAnInterfaceFileThatLacksItsPa
   temporary.write("SourceListViewController.ui",
                   begin + "<widget class=\"SourceTable\" name=\"sourceTable\"/>" + end);
   EXPECT_THAT(loadError(), HasSubstr("addButton"));
+  temporary.write("SourceListViewController.ui",
+                  begin +
+                      "<widget class=\"SourceTable\" name=\"sourceTable\"/>"
+                      "<widget class=\"QPushButton\" name=\"addButton\"/>"
+                      "<widget class=\"QPushButton\" name=\"removeButton\"/>" +
+                      end);
+  EXPECT_THAT(loadError(), HasSubstr("changeButton"));
 }
 
 TEST_F(SourceListViewControllerTest, addsFoldersThatAreShownOnEveryDayAndScreen) {
@@ -184,7 +191,7 @@ TEST_F(SourceListViewControllerTest, buildsUpDaysFromNone) {
 
 TEST_F(SourceListViewControllerTest, leavesDaysThatItDoesNotKnowAlone) {
   show(numbered(1));
-  controller->sourcesController().setDays(0, 0x101);
+  controller->sourcesController().setDays({0}, 0x101);
   chooseDay(0, 1);
   EXPECT_EQ(entry(0).days, 0x103U);
 }

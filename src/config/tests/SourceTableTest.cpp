@@ -48,7 +48,7 @@ class SourceTableTest : public SourceListFixture {
   static std::vector<std::string> enabledItems(const QMenu& menu) {
     std::vector<std::string> items;
     for (const QAction* item : menu.actions()) {
-      if (item->isEnabled()) items.push_back(item->text().toStdString());
+      if (item->isEnabled() && !item->isSeparator()) items.push_back(item->text().toStdString());
     }
     return items;
   }
@@ -107,8 +107,8 @@ TEST_F(SourceTableTest, hasNoWidgetsBeforeItIsShown) {
 
 TEST_F(SourceTableTest, showsInItsWidgetsWhatIsChangedElsewhere) {
   show(numbered(3));
-  controller->sourcesController().setEnabled(1, false);
-  controller->sourcesController().setDays(1, 1);
+  controller->sourcesController().setEnabled({1}, false);
+  controller->sourcesController().setDays({1}, 1);
   auto* enabled = static_cast<EnabledCellView*>(table().cellAt(SourceColumn::enabled, 1));
   auto* days = static_cast<DaysCellView*>(table().cellAt(SourceColumn::days, 1));
   EXPECT_FALSE(enabled->cb().isChecked());
@@ -232,8 +232,9 @@ TEST_F(SourceTableTest, offersAMenuForWhatIsSelected) {
   controller->openFolder = [&opened](const FilePath& folder) { opened.push_back(folder); };
   table().selectRow(1);
   menu = contextMenu();
-  ASSERT_THAT(enabledItems(*menu), ElementsAre("&Open Folder", "&Remove"));
-  menu->actions().front()->trigger();
+  ASSERT_THAT(enabledItems(*menu),
+              ElementsAre("&On", "&Days", "&Chance", "&Screens", "Open &Folder", "&Remove"));
+  menu->actions().at(menu->actions().size() - 2)->trigger();
   EXPECT_THAT(opened, ElementsAre(FilePath("/pictures/1")));
   menu->actions().back()->trigger();
   EXPECT_EQ(urls().size(), 2U);
@@ -241,7 +242,7 @@ TEST_F(SourceTableTest, offersAMenuForWhatIsSelected) {
   settle();
   table().selectAll();
   menu = contextMenu();
-  EXPECT_THAT(enabledItems(*menu), ElementsAre("&Remove"));
+  EXPECT_THAT(enabledItems(*menu), ElementsAre("&On", "&Days", "&Chance", "&Screens", "&Remove"));
 }
 
 TEST_F(SourceTableTest, addsFoldersThatAreDroppedOnIt) {

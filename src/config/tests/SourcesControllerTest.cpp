@@ -119,14 +119,14 @@ TEST_F(SourcesControllerTest, takesNothingWhereNothingCanBeTyped) {
   EXPECT_FALSE(type(0, SourceColumn::folder, "/x"));
   EXPECT_FALSE(type(0, SourceColumn::pictures, "3"));
   EXPECT_FALSE(model.setData({}, "x", Qt::EditRole));
-  model.setDays(17, 1);
-  model.setEnabled(-1, false);
+  model.setDays({17}, 1);
+  model.setEnabled({-1}, false);
   EXPECT_EQ(changes, 0);
 }
 
 TEST_F(SourcesControllerTest, tellsTheDaysInWords) {
   EXPECT_EQ(text(0, SourceColumn::days, Qt::ToolTipRole), "Every Day");
-  model.setDays(0, 0);
+  model.setDays({0}, 0);
   EXPECT_EQ(text(0, SourceColumn::days, Qt::AccessibleTextRole), "No Days");
   EXPECT_EQ(changes, 1);
 }
