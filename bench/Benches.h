@@ -14,5 +14,6 @@ void benchAtRest();
 void benchFirstPicture();
 void benchDecode();
 void benchIndex();
+void benchSettings();
 
 }  // namespace pelmora::bench

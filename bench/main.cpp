@@ -22,6 +22,7 @@ constexpr Bench kBenches[] = {
     {"first-picture", pelmora::bench::benchFirstPicture},
     {"decode", pelmora::bench::benchDecode},
     {"index", pelmora::bench::benchIndex},
+    {"settings", pelmora::bench::benchSettings},
 };
 
 }  // namespace

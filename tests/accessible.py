@@ -102,8 +102,20 @@ def act(node):
     Atspi.Action.do_action(node, 0)
 
 
+def open_menu(button):
+    """The program does not answer before its menu is closed again: nobody waits for that."""
+    Atspi.set_timeout(100, 0)
+    with contextlib.suppress(gi.repository.GLib.Error):
+        act(button)
+    Atspi.set_timeout(LIMIT * 1000, 0)
+
+
 def focus(node):
     Atspi.Component.grab_focus(node)
+
+
+def select_row(table, row):
+    Atspi.Table.add_row_selection(table, row)
 
 
 def set_value(node, value):

@@ -192,6 +192,15 @@ class Settings(live.LiveCase):
     def press(self, name, which=0):
         accessible.act(self.all("push button", name)[which])
 
+    def change_selected(self, *items):
+        """Chooses in the menu for the selected folders, and in those that its items open."""
+        accessible.open_menu(self.wait_for("push button", "Change Selected Folders"))
+        for item in items:
+            found = accessible.wait_until(
+                lambda: next((each for role in ("menu item", "check menu item", "menu")
+                              for each in self.all(role, item)), None), f"the item '{item}'")
+            accessible.act(found)
+
     def test_has_a_name_for_all_that_can_be_focused(self):
         settings = self.open_settings()
         self.open_options()
@@ -230,16 +239,28 @@ class Settings(live.LiveCase):
         self.press("Remove", -1)
         accessible.wait_until(lambda: len(self.all("text", "Text")) == 2, "no group any more")
 
-        accessible.focus(self.wait_for("push button", "Add Folders"))
-        self.key("shift+Tab", "space")  # in the list before it
+        accessible.select_row(self.wait_for("table", "Folders"), 0)
+        self.change_selected("On")
         accessible.wait_until(lambda: self.cell("pictures", ON).get_name() == "Off", "a folder off")
+        for column, *items in ((DAYS, "Days", "No Days"), (CHANCE, "Chance", "25"),
+                               (SCREENS, "Screens", "1")):
+            self.change_selected(*items)
+            accessible.wait_until(lambda: self.cell("pictures", column).get_name() == items[-1],
+                                  f"{items[-1]} in the list")
+        self.change_selected("Chance", "Other…")
+        self.key("ctrl+a")  # the field has the keys
+        self.type("12.5")
+        self.key("Return")
+        accessible.wait_until(lambda: self.cell("pictures", CHANCE).get_name() == "12.5", "12.5")
         self.press("OK")
         self.press("Close")
         self.assertEqual(self.finish(settings), 0)
         stored = plistlib.loads(self.preferences())
         self.assertEqual([stored[key] for key in ("UsePolaroid", "ShowiTunesTrack", "NumImages",
                                                   "Delay", "iTunesTrackType")], [0, 1, 9, 7.0, 2])
-        self.assertFalse(stored["Sources"][0]["enabled"])
+        source = stored["Sources"][0]
+        self.assertEqual([source[key] for key in ("enabled", "days", "chance", "screens")],
+                         [False, 0, 12.5, "1"])
         for text in (b"beach", b"sun"):
             self.assertIn(text, stored["FilterPredicate"])
 

@@ -115,7 +115,7 @@
     </message>
     <message>
         <location filename="../data/SourceListViewController.ui" line="39"/>
-        <location filename="../src/config/SourceListViewController.cpp" line="327"/>
+        <location filename="../src/config/SourceMenu.cpp" line="24"/>
         <source>&amp;Remove</source>
         <translation>&amp;Entfernen</translation>
     </message>
@@ -128,6 +128,21 @@
         <location filename="../data/SourceListViewController.ui" line="45"/>
         <source>Remove Selected Folders</source>
         <translation>Ausgewählte Ordner entfernen</translation>
+    </message>
+    <message>
+        <location filename="../data/SourceListViewController.ui" line="53"/>
+        <source>C&amp;hange…</source>
+        <translation>Än&amp;dern …</translation>
+    </message>
+    <message>
+        <location filename="../data/SourceListViewController.ui" line="56"/>
+        <source>Switch the selected folders on or off, choose their days, chance and screens</source>
+        <translation>Die ausgewählten Ordner ein- oder ausschalten, ihre Tage, ihre Chance und ihre Bildschirme wählen</translation>
+    </message>
+    <message>
+        <location filename="../data/SourceListViewController.ui" line="59"/>
+        <source>Change Selected Folders</source>
+        <translation>Ausgewählte Ordner ändern</translation>
     </message>
     <message>
         <location filename="../src/config/ConfigureSheet.cpp" line="210"/>
@@ -152,12 +167,14 @@
     <message>
         <location filename="../src/config/DayNames.cpp" line="16"/>
         <location filename="../src/config/DaysCellView.cpp" line="41"/>
+        <location filename="../src/config/SourceMenu.cpp" line="52"/>
         <source>Every Day</source>
         <translation>Jeden Tag</translation>
     </message>
     <message>
         <location filename="../src/config/DayNames.cpp" line="22"/>
         <location filename="../src/config/DaysCellView.cpp" line="42"/>
+        <location filename="../src/config/SourceMenu.cpp" line="53"/>
         <source>No Days</source>
         <translation>Kein Tag</translation>
     </message>
@@ -175,7 +192,7 @@
     <message>
         <location filename="../src/config/EnabledCellView.cpp" line="14"/>
         <location filename="../src/config/SourcesController.cpp" line="28"/>
-        <location filename="../src/config/SourcesController.cpp" line="237"/>
+        <location filename="../src/config/SourcesController.cpp" line="246"/>
         <source>On</source>
         <translation>An</translation>
     </message>
@@ -192,9 +209,34 @@
         <translation>Bildschirme</translation>
     </message>
     <message>
-        <location filename="../src/config/SourceListViewController.cpp" line="318"/>
+        <location filename="../src/config/SourceMenu.cpp" line="20"/>
+        <source>&amp;Chance</source>
+        <translation>&amp;Chance</translation>
+    </message>
+    <message>
+        <location filename="../src/config/SourceMenu.cpp" line="22"/>
+        <source>&amp;Screens</source>
+        <translation>&amp;Bildschirme</translation>
+    </message>
+    <message>
+        <location filename="../src/config/SourceMenu.cpp" line="30"/>
         <source>&amp;Open Folder</source>
         <translation>Ordner &amp;öffnen</translation>
+    </message>
+    <message>
+        <location filename="../src/config/SourceMenu.cpp" line="38"/>
+        <source>O&amp;n</source>
+        <translation>&amp;An</translation>
+    </message>
+    <message>
+        <location filename="../src/config/SourceMenu.cpp" line="47"/>
+        <source>&amp;Days</source>
+        <translation>&amp;Tage</translation>
+    </message>
+    <message>
+        <location filename="../src/config/SourceMenu.cpp" line="74"/>
+        <source>Other…</source>
+        <translation>Andere …</translation>
     </message>
     <message>
         <location filename="../src/config/SourcesController.cpp" line="29"/>
@@ -243,17 +285,17 @@
     </message>
     <message>
         <location filename="../src/config/SourcesController.cpp" line="57"/>
-        <location filename="../src/host/tests/TranslationsTest.cpp" line="15"/>
+        <location filename="../src/host/tests/TranslationsTest.cpp" line="13"/>
         <source>All</source>
         <translation>Alle</translation>
     </message>
     <message>
-        <location filename="../src/config/SourcesController.cpp" line="238"/>
+        <location filename="../src/config/SourcesController.cpp" line="247"/>
         <source>Off</source>
         <translation>Aus</translation>
     </message>
     <message>
-        <location filename="../src/config/SourceTable.cpp" line="224"/>
+        <location filename="../src/config/SourceTable.cpp" line="229"/>
         <source>Add folders with pictures, or drop them here.</source>
         <translation>Fügen Sie Ordner mit Bildern hinzu oder legen Sie sie hier ab.</translation>
     </message>

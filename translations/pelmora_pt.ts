@@ -115,7 +115,7 @@
     </message>
     <message>
         <location filename="../data/SourceListViewController.ui" line="39"/>
-        <location filename="../src/config/SourceListViewController.cpp" line="327"/>
+        <location filename="../src/config/SourceMenu.cpp" line="24"/>
         <source>&amp;Remove</source>
         <translation>&amp;Remover</translation>
     </message>
@@ -128,6 +128,21 @@
         <location filename="../data/SourceListViewController.ui" line="45"/>
         <source>Remove Selected Folders</source>
         <translation>Remover as pastas selecionadas</translation>
+    </message>
+    <message>
+        <location filename="../data/SourceListViewController.ui" line="53"/>
+        <source>C&amp;hange…</source>
+        <translation>A&amp;lterar…</translation>
+    </message>
+    <message>
+        <location filename="../data/SourceListViewController.ui" line="56"/>
+        <source>Switch the selected folders on or off, choose their days, chance and screens</source>
+        <translation>Ativar ou desativar as pastas selecionadas e escolher os seus dias, a probabilidade e os ecrãs</translation>
+    </message>
+    <message>
+        <location filename="../data/SourceListViewController.ui" line="59"/>
+        <source>Change Selected Folders</source>
+        <translation>Alterar as pastas selecionadas</translation>
     </message>
     <message>
         <location filename="../src/config/ConfigureSheet.cpp" line="210"/>
@@ -152,12 +167,14 @@
     <message>
         <location filename="../src/config/DayNames.cpp" line="16"/>
         <location filename="../src/config/DaysCellView.cpp" line="41"/>
+        <location filename="../src/config/SourceMenu.cpp" line="52"/>
         <source>Every Day</source>
         <translation>Todos os dias</translation>
     </message>
     <message>
         <location filename="../src/config/DayNames.cpp" line="22"/>
         <location filename="../src/config/DaysCellView.cpp" line="42"/>
+        <location filename="../src/config/SourceMenu.cpp" line="53"/>
         <source>No Days</source>
         <translation>Nenhum dia</translation>
     </message>
@@ -175,7 +192,7 @@
     <message>
         <location filename="../src/config/EnabledCellView.cpp" line="14"/>
         <location filename="../src/config/SourcesController.cpp" line="28"/>
-        <location filename="../src/config/SourcesController.cpp" line="237"/>
+        <location filename="../src/config/SourcesController.cpp" line="246"/>
         <source>On</source>
         <translation>Ativa</translation>
     </message>
@@ -192,9 +209,34 @@
         <translation>Ecrãs</translation>
     </message>
     <message>
-        <location filename="../src/config/SourceListViewController.cpp" line="318"/>
+        <location filename="../src/config/SourceMenu.cpp" line="20"/>
+        <source>&amp;Chance</source>
+        <translation>&amp;Probabilidade</translation>
+    </message>
+    <message>
+        <location filename="../src/config/SourceMenu.cpp" line="22"/>
+        <source>&amp;Screens</source>
+        <translation>&amp;Ecrãs</translation>
+    </message>
+    <message>
+        <location filename="../src/config/SourceMenu.cpp" line="30"/>
         <source>&amp;Open Folder</source>
         <translation>&amp;Abrir a pasta</translation>
+    </message>
+    <message>
+        <location filename="../src/config/SourceMenu.cpp" line="38"/>
+        <source>O&amp;n</source>
+        <translation>A&amp;tiva</translation>
+    </message>
+    <message>
+        <location filename="../src/config/SourceMenu.cpp" line="47"/>
+        <source>&amp;Days</source>
+        <translation>&amp;Dias</translation>
+    </message>
+    <message>
+        <location filename="../src/config/SourceMenu.cpp" line="74"/>
+        <source>Other…</source>
+        <translation>Outro…</translation>
     </message>
     <message>
         <location filename="../src/config/SourcesController.cpp" line="29"/>
@@ -243,17 +285,17 @@
     </message>
     <message>
         <location filename="../src/config/SourcesController.cpp" line="57"/>
-        <location filename="../src/host/tests/TranslationsTest.cpp" line="15"/>
+        <location filename="../src/host/tests/TranslationsTest.cpp" line="13"/>
         <source>All</source>
         <translation>Todos</translation>
     </message>
     <message>
-        <location filename="../src/config/SourcesController.cpp" line="238"/>
+        <location filename="../src/config/SourcesController.cpp" line="247"/>
         <source>Off</source>
         <translation>Inativa</translation>
     </message>
     <message>
-        <location filename="../src/config/SourceTable.cpp" line="224"/>
+        <location filename="../src/config/SourceTable.cpp" line="229"/>
         <source>Add folders with pictures, or drop them here.</source>
         <translation>Adicione pastas com imagens ou largue-as aqui.</translation>
     </message>

@@ -7,33 +7,6 @@
 
 namespace pelmora::config {
 
-namespace {
-
-platform::Services withNotifications(const platform::Services& services,
-                                     platform::NotificationCenter& notifications) {
-  return {.clock = services.clock,
-          .scheduler = services.scheduler,
-          .log = services.log,
-          .files = services.files,
-          .userFolders = services.userFolders,
-          .bookmarks = services.bookmarks,
-          .preferences = services.preferences,
-          .displays = services.displays,
-          .workspace = services.workspace,
-          .images = services.images,
-          .metadata = services.metadata,
-          .sound = services.sound,
-          .notifications = notifications,
-          .distributedNotifications = services.distributedNotifications,
-          .runningApplications = services.runningApplications,
-          .scripts = services.scripts,
-          .resourceFolder = services.resourceFolder,
-          .systemVersion = services.systemVersion,
-          .enumerationConcurrency = services.enumerationConcurrency};
-}
-
-}  // namespace
-
 /// One look at all folders; on a thread of the queue, as a disk that is away may keep it waiting.
 class SourceCounter::Look : public platform::Operation {
  public:
@@ -58,7 +31,7 @@ class SourceCounter::Look : public platform::Operation {
 
 SourceCounter::SourceCounter(const platform::Services& services, Told told)
     : _told(std::move(told)),
-      _services(withNotifications(services, _unheard)),
+      _services(platform::withNotifications(services, _unheard)),
       _walk(std::make_unique<sources::PMSourceList>(_services)),
       _looks({.qualityOfService = platform::QualityOfService::background, .name = "folder look"}) {
   _timer = _services.scheduler.every(kInterval, [this] { report(); });

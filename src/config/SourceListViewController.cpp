@@ -7,7 +7,6 @@
 #include "config/FolderChooser.h"
 #include "config/InterfaceLoader.h"
 #include "config/SourceDelegate.h"
-#include "config/SourceMenu.h"
 #include "platform/Bookmarks.h"
 #include "platform/Displays.h"
 #include "platform/Files.h"
@@ -20,6 +19,7 @@
 #include <QItemSelectionModel>
 #include <QLocale>
 #include <QPushButton>
+#include <QToolButton>
 
 #include <algorithm>
 #include <iterator>
@@ -101,7 +101,7 @@ Status SourceListViewController::connectOutlets() {
   auto* remove = _view->findChild<QPushButton*>(QStringLiteral("removeButton"));
   if (!_sourceTable) return Error{"there is no \"sourceTable\""};
   if (!add || !remove) return Error{"there is no \"addButton\" or no \"removeButton\""};
-  _changeButton = _view->findChild<QPushButton*>(QStringLiteral("changeButton"));
+  _changeButton = _view->findChild<QToolButton*>(QStringLiteral("changeButton"));
   if (!_changeButton) return Error{"there is no \"changeButton\""};
 
   _addAndDeleteSegButtons.setExclusive(false);
@@ -109,7 +109,7 @@ Status SourceListViewController::connectOutlets() {
   _addAndDeleteSegButtons.addButton(remove, kRemoveSegment);
   connect(&_addAndDeleteSegButtons, &QButtonGroup::idClicked, this,
           &SourceListViewController::addOrRemoveFolder);
-  connect(_changeButton, &QPushButton::clicked, this,
+  connect(_changeButton, &QToolButton::clicked, this,
           [this] { showMenu(_changeButton->mapToGlobal(_changeButton->rect().bottomLeft())); });
 
   _cellDelegate = new SourceDelegate(_sourceTable);
@@ -136,6 +136,18 @@ void SourceListViewController::viewDidLoad() {
     _screensMenuList.append(QString::number(screen));
   }
   _cellDelegate->setScreensMenuList(_screensMenuList);
+  makeMenu();
+}
+
+/// It belongs to its button, as assistive technology finds no others.
+void SourceListViewController::makeMenu() {
+  _menu = new SourceMenu(_sourcesController, _screensMenuList, _changeButton);
+  _menu->editCell = [this](int row, SourceColumn column) {
+    _sourceTable->editCell(SourcesController::indexOf(_sourcesController, row, column));
+  };
+  _menu->removeSources = [this] { removeSelectedFolders(); };
+  connect(_menu, &QMenu::aboutToShow, this, &SourceListViewController::fillMenu);
+  _changeButton->setMenu(_menu);
 }
 
 const std::vector<SourceEntry>& SourceListViewController::sources() const {
@@ -319,18 +331,18 @@ void SourceListViewController::openDaysMenu(int row) {
 }
 
 void SourceListViewController::showMenu(const QPoint& globalPosition) {
-  if (!endEditing()) return;
-  auto* menu = new SourceMenu(_sourcesController, selectedRows(), _screensMenuList, _sourceTable);
-  menu->editCell = [this](int row, SourceColumn column) {
-    _sourceTable->editCell(SourcesController::indexOf(_sourcesController, row, column));
-  };
-  menu->removeSources = [this] { removeSelectedFolders(); };
+  _menu->popup(globalPosition);
+}
+
+/// As it is about to open. An edit that may not end yet leaves nothing to choose.
+void SourceListViewController::fillMenu() {
+  _menu->openFolder = nullptr;
   if (openFolder) {
-    menu->offerFolder(
-        [this](int row) { openFolder(sources()[static_cast<std::size_t>(row)].url); });
+    _menu->openFolder = [this](int row) {
+      openFolder(sources()[static_cast<std::size_t>(row)].url);
+    };
   }
-  _menu = menu;
-  menu->popup(globalPosition);
+  _menu->fill(endEditing() ? selectedRows() : std::vector<int>());
 }
 
 bool SourceListViewController::acceptsDrop(const std::vector<FilePath>& paths) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "config/SourceMenu.h"
 #include "config/SourcesController.h"
 #include "config/SourceTable.h"
 #include "platform/PropertyList.h"
@@ -9,16 +10,16 @@
 
 #include <QButtonGroup>
 #include <QLineEdit>
-#include <QMenu>
 #include <QObject>
 #include <QPointer>
-#include <QPushButton>
 #include <QStringList>
 #include <QWidget>
 
 #include <functional>
 #include <memory>
 #include <vector>
+
+class QToolButton;
 
 namespace pelmora::config {
 
@@ -95,6 +96,8 @@ class SourceListViewController : public QObject, private SourceTableOwner {
   SourceListViewController(const platform::Services& services, FolderChooser& chooser,
                            std::unique_ptr<QWidget> view);
   Status connectOutlets();
+  void makeMenu();
+  void fillMenu();
 
   bool mayEndEditing(QWidget& editor) override;
   void toggleEnabled(int row) override;
@@ -115,10 +118,10 @@ class SourceListViewController : public QObject, private SourceTableOwner {
   QButtonGroup _addAndDeleteSegButtons;  // the buttons are in the view
   QStringList _screensMenuList;
   QPointer<QWidget> _view;
-  QPushButton* _changeButton = nullptr;    // in the view
+  QToolButton* _changeButton = nullptr;    // in the view
   QPointer<SourceTable> _sourceTable;      // in the view
   QPointer<SourceDelegate> _cellDelegate;  // in the view
-  QPointer<QMenu> _menu;                   // the last that was opened
+  QPointer<SourceMenu> _menu;              // the button's
 };
 
 }  // namespace pelmora::config

@@ -11,31 +11,36 @@
 
 namespace pelmora::config {
 
-SourceMenu::SourceMenu(SourcesController& sources, std::vector<int> rows,
-                       const QStringList& screens, QWidget* parent)
-    : QMenu(parent), _sources(sources), _rows(std::move(rows)) {
-  setAttribute(Qt::WA_DeleteOnClose);
+SourceMenu::SourceMenu(SourcesController& sources, QStringList screens, QWidget* parent)
+    : QMenu(parent), _sources(sources), _screens(std::move(screens)) {
+  // Also when an item was not chosen by pointer or keys, but by assistive technology.
+  connect(this, &QMenu::triggered, this, &QMenu::close);
+}
+
+void SourceMenu::fill(std::vector<int> rows) {
+  clear();
+  qDeleteAll(findChildren<QMenu*>(QString(), Qt::FindDirectChildrenOnly));
+  _rows = std::move(rows);
   addEnabled();
   addDays();
   addTexts(QCoreApplication::translate("Settings", "&Chance"), SourceColumn::chance,
            {"100", "75", "50", "25", "10", "5", "1"});
-  addTexts(QCoreApplication::translate("Settings", "&Screens"), SourceColumn::screens, screens);
+  addTexts(QCoreApplication::translate("Settings", "&Screens"), SourceColumn::screens, _screens);
   addSeparator();
-  _remove = addAction(QCoreApplication::translate("Settings", "&Remove"));
-  connect(_remove, &QAction::triggered, this, [this] { removeSources(); });
-  for (QAction* item : actions()) item->setEnabled(!_rows.empty());
+  if (openFolder) addOpenFolder();
+  connect(addAction(QCoreApplication::translate("Settings", "&Remove")), &QAction::triggered, this,
+          [this] { removeSources(); });
+  for (QAction* item : actions()) item->setEnabled(item->isEnabled() && !_rows.empty());
 }
 
-void SourceMenu::offerFolder(std::function<void(int row)> openFolder) {
-  auto* item = new QAction(QCoreApplication::translate("Settings", "Open &Folder"), this);
-  insertAction(_remove, item);
+void SourceMenu::addOpenFolder() {
+  QAction* item = addAction(QCoreApplication::translate("Settings", "&Open Folder"));
   item->setEnabled(hasOne());
-  connect(item, &QAction::triggered, this,
-          [this, open = std::move(openFolder)] { open(_rows.front()); });
+  connect(item, &QAction::triggered, this, [this] { openFolder(_rows.front()); });
 }
 
 void SourceMenu::addEnabled() {
-  QAction* item = addAction(QCoreApplication::translate("Settings", "&On"));
+  QAction* item = addAction(QCoreApplication::translate("Settings", "O&n"));
   item->setCheckable(true);
   item->setChecked(std::all_of(_rows.begin(), _rows.end(), [this](int row) {
     return _sources.content()[static_cast<std::size_t>(row)].enabled;

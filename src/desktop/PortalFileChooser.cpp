@@ -38,23 +38,28 @@ FilePath pathOf(const QString& url) {
 
 }  // namespace
 
-PortalFileChooser::~PortalFileChooser() { listen(false); }
+PortalFileChooser::~PortalFileChooser() {
+  close();
+  listen(false);
+}
 
 void PortalFileChooser::chooseFolders(const Request& request, Chosen chosen) {
   if (_chosen) return;
   _chosen = std::move(chosen);
+  const unsigned int asked = ++_requests;
   if (!_bus.isConnected()) return finish(std::nullopt);
   QDBusMessage question =
       QDBusMessage::createMethodCall(kPortal, kPath, "org.freedesktop.DBus.Properties", "Get");
   question << kFileChooser << "version";
-  whenFinished(_bus.asyncCall(question, kPatience), this, [this, request](const auto& call) {
+  whenFinished(_bus.asyncCall(question, kPatience), this, [this, request, asked](const auto& call) {
+    if (!_chosen || asked != _requests) return;  // taken back
     if (!offersFolders(call)) return finish(std::nullopt);
     open(request);
   });
 }
 
 void PortalFileChooser::open(const Request& request) {
-  const QString token = "pelmora" + QString::number(++_requests);
+  const QString token = "pelmora" + QString::number(_requests);
   // Where the answer will come from: told beforehand, so that none is missed.
   _handle =
       QString("%1/request/%2/%3").arg(kPath, _bus.baseService().mid(1).replace('.', '_'), token);
@@ -62,9 +67,22 @@ void PortalFileChooser::open(const Request& request) {
   QDBusMessage call = QDBusMessage::createMethodCall(kPortal, kPath, kFileChooser, "OpenFile");
   call << request.parentWindow << request.title
        << QVariantMap{{"handle_token", token}, {"multiple", true}, {"directory", true}};
-  whenFinished(_bus.asyncCall(call, kUntilChosen), this, [this](const auto& answer) {
-    if (answer.isError() && _chosen) finish(std::nullopt);
-  });
+  whenFinished(_bus.asyncCall(call, kUntilChosen), this,
+               [this, handle = _handle](const auto& answer) {
+                 if (answer.isError() && _chosen && handle == _handle) finish(std::nullopt);
+               });
+}
+
+void PortalFileChooser::cancel() {
+  if (!_chosen) return;
+  close();
+  finish(std::vector<FilePath>());
+}
+
+/// Without an answer, as nobody waits for one.
+void PortalFileChooser::close() {
+  if (_handle.isEmpty()) return;
+  _bus.send(QDBusMessage::createMethodCall(kPortal, _handle, kRequest, "Close"));
 }
 
 void PortalFileChooser::responded(unsigned int response, const QVariantMap& results) {

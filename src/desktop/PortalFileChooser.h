@@ -32,6 +32,9 @@ class PortalFileChooser : public QObject {
   /// Asks the user. While they are being asked, nothing else is.
   void chooseFolders(const Request& request, Chosen chosen);
 
+  /// Takes the question back: its dialog goes, and nothing was chosen.
+  void cancel();
+
   /// How long to wait for a portal to say that it is one, in milliseconds.
   static constexpr int kPatience = 2000;
 
@@ -40,13 +43,14 @@ class PortalFileChooser : public QObject {
 
  private:
   void open(const Request& request);
+  void close();
   void finish(const std::optional<std::vector<FilePath>>& folders);
   void listen(bool isOn);
 
   QDBusConnection _bus;
   QString _handle;  // of the request, while there is one
   Chosen _chosen;   // null when the user is asked nothing
-  unsigned int _requests = 0;
+  unsigned int _requests = 0;  // so far; the last is the one that the user is asked
 };
 
 }  // namespace pelmora::desktop

@@ -1,6 +1,7 @@
 #include "host/PortalFolderChooser.h"
 
 #include <QCoreApplication>
+#include <QEvent>
 #include <QGuiApplication>
 #include <QPointer>
 #include <QWidget>
@@ -21,6 +22,7 @@ PortalFolderChooser::PortalFolderChooser() : _portal(QDBusConnection::sessionBus
 
 void PortalFolderChooser::chooseFolders(QWidget* parent,
                                         std::function<void(std::vector<FilePath>)> chosen) {
+  if (parent) parent->window()->installEventFilter(this);
   const QString title = QCoreApplication::translate("Settings", "Choose Folders");
   _portal.chooseFolders(
       {portalName(parent), title},
@@ -30,6 +32,12 @@ void PortalFolderChooser::chooseFolders(QWidget* parent,
         if (!parent || !parent->isVisible()) return chosen({});
         _dialog.chooseFolders(parent, chosen);
       });
+}
+
+bool PortalFolderChooser::eventFilter(QObject* window, QEvent* event) {
+  // A window that is only made small for a while keeps its question.
+  if (event->type() == QEvent::Hide && !event->spontaneous()) _portal.cancel();
+  return QObject::eventFilter(window, event);
 }
 
 }  // namespace pelmora::host

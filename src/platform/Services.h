@@ -54,4 +54,28 @@ struct Services {
   std::size_t enumerationConcurrency = 1;
 };
 
+/// The same services with other notifications of the process.
+[[nodiscard]] inline Services withNotifications(const Services& services,
+                                                NotificationCenter& notifications) {
+  return {.clock = services.clock,
+          .scheduler = services.scheduler,
+          .log = services.log,
+          .files = services.files,
+          .userFolders = services.userFolders,
+          .bookmarks = services.bookmarks,
+          .preferences = services.preferences,
+          .displays = services.displays,
+          .workspace = services.workspace,
+          .images = services.images,
+          .metadata = services.metadata,
+          .sound = services.sound,
+          .notifications = notifications,
+          .distributedNotifications = services.distributedNotifications,
+          .runningApplications = services.runningApplications,
+          .scripts = services.scripts,
+          .resourceFolder = services.resourceFolder,
+          .systemVersion = services.systemVersion,
+          .enumerationConcurrency = services.enumerationConcurrency};
+}
+
 }  // namespace pelmora::platform

@@ -30,6 +30,8 @@ class Portal : public QDBusVirtualObject {
   bool handleMessage(const QDBusMessage& message, const QDBusConnection& connection) override {
     if (message.member() == "Get") {
       connection.send(message.createReply(QVariant::fromValue(QDBusVariant(version))));
+    } else if (message.member() == "Close") {
+      closed = message.path();
     } else if (refuses) {
       connection.send(message.createErrorReply("org.example.No", "no"));
     } else {
@@ -38,6 +40,8 @@ class Portal : public QDBusVirtualObject {
       const QString token = qdbus_cast<QVariantMap>(asked[2])["handle_token"].toString();
       const QString handle = "/org/freedesktop/portal/desktop/request/" + sender + "/" + token;
       connection.send(message.createReply(QVariant::fromValue(QDBusObjectPath(handle))));
+      opened = handle;
+      if (isUndecided) return true;
       QDBusMessage answer =
           QDBusMessage::createSignal(handle, "org.freedesktop.portal.Request", "Response");
       answer << response << results;
@@ -47,6 +51,9 @@ class Portal : public QDBusVirtualObject {
   }
 
   unsigned int version = 3;
+  bool isUndecided = false;  // the user goes on looking
+  QString opened;
+  QString closed;
   bool refuses = false;
   unsigned int response = 0;
   QVariantMap results;
@@ -65,7 +72,8 @@ class PortalFileChooserTest : public testing::Test {
   }
 
   void startPortal() {
-    portalBus.registerVirtualObject("/org/freedesktop/portal/desktop", &portal);
+    portalBus.registerVirtualObject("/org/freedesktop/portal/desktop", &portal,
+                                    QDBusConnection::SubPath);
     ASSERT_TRUE(portalBus.registerService(kName));
   }
   /// Until the user, or nobody, has chosen.
@@ -127,6 +135,38 @@ TEST_F(PortalFileChooserTest, saysWhereThereIsNoBus) {
     isAnswered = true;
   });
   EXPECT_TRUE(isAnswered);
+}
+
+TEST_F(PortalFileChooserTest, takesItsQuestionBack) {
+  startPortal();
+  portal.isUndecided = true;
+  PortalFileChooser chooser(bus);
+  int answers = 0;
+  const auto countAnswers = [&answers](const auto& folders) {
+    EXPECT_THAT(folders, testing::Optional(testing::IsEmpty()));
+    ++answers;
+  };
+  chooser.chooseFolders({}, countAnswers);
+  while (portal.opened.isEmpty()) QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+  chooser.cancel();
+  EXPECT_EQ(answers, 1);
+  while (portal.closed.isEmpty()) QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+  EXPECT_EQ(portal.closed, portal.opened);
+  chooser.cancel();
+  EXPECT_EQ(answers, 1);
+}
+
+TEST_F(PortalFileChooserTest, opensNothingThatWasTakenBackBefore) {
+  startPortal();
+  portal.response = 1;
+  PortalFileChooser chooser(bus);
+  int answers = 0;
+  chooser.chooseFolders({"first", ""}, [&answers](const auto&) { ++answers; });
+  chooser.cancel();
+  EXPECT_EQ(answers, 1);
+  chooser.chooseFolders({"second", ""}, [&answers](const auto&) { ++answers; });
+  while (answers < 2) QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+  EXPECT_EQ(portal.asked[0], "second");
 }
 
 TEST_F(PortalFileChooserTest, livesWithAnswersOfAnotherType) {

@@ -127,7 +127,7 @@ TEST_F(SettingsWindowTest, startsThePreviewAnewWithWhatWasChosen) {
   runUntil([this] { return status() == "Folders: 1  Pictures: 3"; });
   window->openOptions();
   auto& list = *window->sheet().sourceListViewController();
-  list.sourcesController().setEnabled(0, false);
+  list.sourcesController().setEnabled({0}, false);
   window->sheet().onOK();
   runUntil([this] { return status().starts_with("No pictures were found."); });
 }
