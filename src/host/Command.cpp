@@ -16,6 +16,8 @@ constexpr Command kCommands[] = {
     {"check", "tell why a picture is shown or not", runCheck},
     {"match", "list the files that a filter admits", runMatch},
     {"sources", "list, add and remove picture folders", runSources},
+    {"register", "add the saver to XScreenSaver's list", runRegister},
+    {"unregister", "take the saver from XScreenSaver's list", runUnregister},
 };
 
 void printHelp() {
