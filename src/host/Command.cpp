@@ -33,6 +33,9 @@ void printHelp() {
   std::puts(
       "\n"
       "Options:\n"
+      "  --root                  draw for a saver host: in the window that it names in\n"
+      "                          XSCREENSAVER_WINDOW, else on the root window\n"
+      "  --window-id N           draw in this window of the X server\n"
       "  --renderer NAME         auto, gpu or software (default auto)\n"
       "  --verbose               write the log to standard error too\n"
       "  --help                  show this help\n"
