@@ -1,12 +1,15 @@
 """What tests of the saver in a host's window share: windows of another program, an installed saver,
 and a display with two monitors."""
 
+import argparse
+import contextlib
 import ctypes
 import ctypes.util
 import os
 import shutil
 import struct
 import subprocess
+import sys
 import tempfile
 
 import live
@@ -115,11 +118,18 @@ class HostedCase(live.LiveCase):
                 continue
         return found
 
+    def savers(self):
+        """Of those processes the ones that show, without their helpers."""
+        found = set()
+        for number in self.processes():
+            with contextlib.suppress(OSError):
+                if os.readlink(f"/proc/{number}/exe").endswith("/bin/pelmora"):
+                    found.add(number)
+        return found
+
 
 def main():
     """Runs the calling script's tests with what was built in the folder that `--build` names."""
-    import argparse
-    import sys
     parser = argparse.ArgumentParser()
     parser.add_argument("--build", required=True, help="the build folder to install from")
     options, others = parser.parse_known_args()

@@ -80,7 +80,7 @@ class LiveMate(hosted.HostedCase):
         for _ in range(2):
             self.tell("--activate")
             self.wait_until(host, self.is_shown_left, "a red picture on the left")
-            environments = [self.environment(number) for number in self.processes()]
+            environments = [self.environment(number) for number in self.savers()]
             self.assertTrue(environments)
             for names in environments:
                 self.assertFalse([name for name in names if name.startswith(("XDG_", "LC_"))])

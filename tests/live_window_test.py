@@ -3,6 +3,7 @@
 
 import os
 import signal
+import subprocess
 import time
 
 import hosted
@@ -106,7 +107,7 @@ class LiveWindow(hosted.HostedCase):
             self.assert_stopped(saver, "Prefs")
 
     def run_xdotool(self, *words):
-        live.subprocess.run(["xdotool", *words], env=self.env, check=True, timeout=live.LIMIT)
+        subprocess.run(["xdotool", *words], env=self.env, check=True, timeout=live.LIMIT)
 
 
 if __name__ == "__main__":

@@ -84,15 +84,6 @@ class LiveXScreenSaver(hosted.HostedCase):
         self.wait_for(lambda: not self.processes(), "the end of the savers")
         self.ends.append(time.monotonic() - begin)
 
-    def savers(self):
-        """Of those processes the ones that show, without their helpers."""
-        found = set()
-        for number in self.processes():
-            with contextlib.suppress(OSError):
-                if os.readlink(f"/proc/{number}/exe").endswith("/bin/pelmora"):
-                    found.add(number)
-        return found
-
     def assert_nothing_went_wrong(self):
         wrong = [line for line in self.log().splitlines() if WRONG.search(line)]
         self.assertEqual(wrong, [])
