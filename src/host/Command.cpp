@@ -16,6 +16,8 @@ constexpr Command kCommands[] = {
     {"check", "tell why a picture is shown or not", runCheck},
     {"match", "list the files that a filter admits", runMatch},
     {"sources", "list, add and remove picture folders", runSources},
+    {"register", "add the saver to XScreenSaver's list", runRegister},
+    {"unregister", "take the saver from XScreenSaver's list", runUnregister},
 };
 
 void printHelp() {
@@ -31,6 +33,9 @@ void printHelp() {
   std::puts(
       "\n"
       "Options:\n"
+      "  --root                  draw for a saver host: in the window that it names in\n"
+      "                          XSCREENSAVER_WINDOW, else on the root window\n"
+      "  --window-id N           draw in this window of the X server\n"
       "  --renderer NAME         auto, gpu or software (default auto)\n"
       "  --verbose               write the log to standard error too\n"
       "  --help                  show this help\n"

@@ -22,8 +22,10 @@ ExitStatus runRender(std::span<char*> words);
 ExitStatus runCheck(std::span<char*> words);
 ExitStatus runDefaults(std::span<char*> words);
 ExitStatus runMatch(std::span<char*> words);
+ExitStatus runRegister(std::span<char*> words);
 ExitStatus runSettings(std::span<char*> words);
 ExitStatus runSources(std::span<char*> words);
+ExitStatus runUnregister(std::span<char*> words);
 
 /// Runs the program: the sub-command that the first word names, or the saver.
 ExitStatus runProgram(std::span<char*> words);

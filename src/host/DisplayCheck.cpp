@@ -24,7 +24,9 @@ bool usesAnotherPlatform() {
   return !platform.empty() && !platform.starts_with("xcb") && !platform.starts_with("wayland");
 }
 
-bool waylandAnswers() {
+}  // namespace
+
+bool compositorAnswers() {
   const std::string_view name = environment("WAYLAND_DISPLAY");
   if (name.empty()) return false;
   std::string path(name);
@@ -41,7 +43,7 @@ bool waylandAnswers() {
   return answers;
 }
 
-bool xAnswers() {
+bool xServerAnswers() {
   if (environment("DISPLAY").empty()) return false;
   xcb_connection_t* connection = xcb_connect(nullptr, nullptr);
   const bool answers = xcb_connection_has_error(connection) == 0;
@@ -49,10 +51,8 @@ bool xAnswers() {
   return answers;
 }
 
-}  // namespace
-
 Status checkDisplay() {
-  if (usesAnotherPlatform() || waylandAnswers() || xAnswers()) return Done{};
+  if (usesAnotherPlatform() || compositorAnswers() || xServerAnswers()) return Done{};
   if (environment("WAYLAND_DISPLAY").empty() && environment("DISPLAY").empty()) {
     return Error{"there is no display; 'pelmora render' makes pictures without one"};
   }

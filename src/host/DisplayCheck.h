@@ -8,4 +8,9 @@ namespace pelmora::host {
 /// started, which would abort the process otherwise. The error is for the user.
 [[nodiscard]] Status checkDisplay();
 
+/// Whether the X server of the environment answers.
+[[nodiscard]] bool xServerAnswers();
+/// Whether the Wayland compositor of the environment answers.
+[[nodiscard]] bool compositorAnswers();
+
 }  // namespace pelmora::host

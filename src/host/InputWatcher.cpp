@@ -22,6 +22,7 @@ bool InputWatcher::eventFilter(QObject*, QEvent* event) {
 }
 
 bool InputWatcher::isInput(QEvent* event) {
+  if (_ends == Ends::none) return false;
   if (event->type() == QEvent::KeyPress) {
     return _ends == Ends::any || static_cast<QKeyEvent*>(event)->key() == Qt::Key_Escape;
   }

@@ -13,8 +13,9 @@ namespace pelmora::host {
 /// it is installed on as an event filter. Thread: GUI.
 class InputWatcher : public QObject {
  public:
-  /// `any`: every key, click and movement counts; `escape`: the Escape key alone.
-  enum class Ends { any, escape };
+  /// `any`: every key, click and movement counts; `escape`: the Escape key alone;
+  /// `none`: nothing does, as where input is the business of others.
+  enum class Ends { any, escape, none };
 
   InputWatcher(Ends ends, std::function<void()> ended);
   [[nodiscard]] bool eventFilter(QObject* watched, QEvent* event) override;

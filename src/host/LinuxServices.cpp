@@ -148,4 +148,6 @@ LinuxServices::~LinuxServices() = default;
 
 const platform::Services& LinuxServices::services() const { return _parts->services; }
 
+void LinuxServices::giveUpLoading() { _parts->images.giveUp(); }
+
 }  // namespace pelmora::host

@@ -29,6 +29,9 @@ class LinuxServices {
   ~LinuxServices();
 
   [[nodiscard]] const platform::Services& services() const;
+  /// Gives up the picture that is being loaded, and loads no other: the run is about to end.
+  /// Thread: any.
+  void giveUpLoading();
 
  private:
   struct Parts;

@@ -1,12 +1,30 @@
 #include "host/LiveSaver.h"
 
 #include "host/EndingSignals.h"
+#include "host/ExitWork.h"
 
 #include <QGuiApplication>
 #include <QScreen>
 #include <QWindow>
 
+#include <cstdio>
+#include <cstdlib>
+
 namespace pelmora::host {
+
+namespace {
+
+/// More random numbers than a card takes, and no multiple of what it takes.
+constexpr unsigned kDrawsApart = 997;
+
+/// Without its server the toolkit cannot even be ended in an orderly way.
+void endWith(ForeignWindow::State state) {
+  if (state == ForeignWindow::State::destroyed) return QGuiApplication::quit();
+  std::fputs("pelmora: the X server has gone away\n", stderr);
+  std::exit(EXIT_FAILURE);
+}
+
+}  // namespace
 
 LiveSaver::LiveSaver(Renderer renderer, InputWatcher::Ends ends, bool verbose)
     : _renderer(renderer), _verbose(verbose), _input(ends, [] { QGuiApplication::quit(); }) {}
@@ -50,6 +68,38 @@ void LiveSaver::openWindow(const Size& size, bool isPreview) {
   window.show();
 }
 
+void LiveSaver::drawInto(std::unique_ptr<ForeignWindow> window) {
+  _hostWindow = std::make_unique<HostWindow>(std::move(window), endWith);
+  const QScreen* screen = _hostWindow->screen();
+  const auto display = screen ? _displays.displayOf(screen) : std::nullopt;
+  const Point origin = display ? display->frame.origin : Point{};
+  // Hosts start a process for each display in the same second, which is what the numbers are
+  // seeded with: the displays would all show the same.
+  const qsizetype position = QGuiApplication::screens().indexOf(screen);
+  const unsigned skippedDraws = position > 0 ? kDrawsApart * static_cast<unsigned>(position) : 0;
+  _hostWindow->adopt(addWindow({.frame = {origin, _hostWindow->size()},
+                                .scale = display ? display->scale : 1,
+                                .display = display,
+                                .isPreview = _hostWindow->isPreview(),
+                                .skippedDraws = skippedDraws})
+                         .window());
+}
+
+void LiveSaver::drawOnRoot() {
+  for (QScreen* screen : QGuiApplication::screens()) {
+    const auto display = _displays.displayOf(screen);
+    if (!display) continue;
+    QWindow& window =
+        addWindow({.frame = display->frame, .scale = display->scale, .display = display}).window();
+    window.setScreen(screen);
+    window.setGeometry(screen->geometry());
+    window.setFlags(Qt::Window | Qt::FramelessWindowHint | Qt::BypassWindowManagerHint |
+                    Qt::WindowTransparentForInput | Qt::WindowDoesNotAcceptFocus);
+    window.show();
+    window.lower();
+  }
+}
+
 void LiveSaver::followSize(std::size_t index) {
   QWindow& window = _windows[index]->window();
   const auto resized = [this, index, &window] {
@@ -71,6 +121,7 @@ int LiveSaver::exec() {
       _clock, _displays,
       ServiceChoices{.verbose = _verbose, .samplesWhenNoPictures = true, .sessionBus = true},
       _places);
+  const ExitWork stopWork([this] { _module.reset(); });
   for (std::size_t i = 0; i < _windows.size(); ++i) followSize(i);
   const int status = QGuiApplication::exec();
   for (const auto& presenter : _windows) presenter->window().hide();

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "host/HostWindow.h"
 #include "host/InputWatcher.h"
 #include "host/ModuleThread.h"
 #include "host/QtDisplays.h"
@@ -23,7 +24,13 @@ class LiveSaver {
   void coverDisplays();
   /// One ordinary window; its view runs as the first display's, or as the preview.
   void openWindow(const Size& size, bool isPreview);
-  /// Runs until there is input, every window is closed, or a signal asks to end.
+  /// A window that covers another program's, as that display's view or as the preview.
+  void drawInto(std::unique_ptr<ForeignWindow> window);
+  /// A window on every display below all others, in the place of the X server's root window.
+  void drawOnRoot();
+  /// Runs until there is input, every window is closed, there is nothing left to draw into, or a
+  /// signal asks to end. Where the window system goes away the process ends, with the stop work
+  /// done.
   int exec();
 
  private:
@@ -35,6 +42,7 @@ class LiveSaver {
   platform::SystemClock _clock;
   QtDisplays _displays;
   InputWatcher _input;
+  std::unique_ptr<HostWindow> _hostWindow;
   std::vector<std::unique_ptr<render::PresenterWindow>> _windows;
   std::vector<ViewPlace> _places;
   std::unique_ptr<ModuleThread> _module;  // ends before the windows go

@@ -22,17 +22,27 @@ ModuleThread::ModuleThread(platform::Clock& clock, platform::Displays& displays,
 
 ModuleThread::~ModuleThread() {
   _scheduler.stop();
+  {
+    const std::lock_guard lock(_mutex);
+    if (_services != nullptr) _services->giveUpLoading();
+  }
   _thread.join();
 }
 
 void ModuleThread::run() {
-  const LinuxServices linuxServices(_choices);
+  LinuxServices linuxServices(_choices);
+  const auto lend = [this](LinuxServices* services) {
+    const std::lock_guard lock(_mutex);
+    _services = services;
+  };
+  lend(&linuxServices);
   SaverSession session(linuxServices.services());
   _scheduler.setEndOfTurn([&session] { session.commit(); });
   _session = &session;
   _scheduler.run();
   _session = nullptr;
   session.stop();
+  lend(nullptr);
 }
 
 void ModuleThread::resize(std::size_t view, const Size& size, double scale) {

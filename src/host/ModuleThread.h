@@ -4,6 +4,7 @@
 #include "host/SaverSession.h"
 #include "platform/linux/RunLoopScheduler.h"
 
+#include <mutex>
 #include <thread>
 #include <vector>
 
@@ -32,6 +33,8 @@ class ModuleThread {
   const std::vector<ViewPlace> _places;
   platform::RunLoopScheduler _scheduler;
   SaverSession* _session = nullptr;  // on the thread, while it runs
+  std::mutex _mutex;
+  LinuxServices* _services = nullptr;  // under _mutex; while the thread has them
   std::thread _thread;
 };
 

@@ -4,16 +4,20 @@
 #include "host/LiveSaver.h"
 #include "host/Options.h"
 #include "host/ParseValues.h"
+#include "host/WindowChoice.h"
 
 #include <QGuiApplication>
 
 #include <cstdio>
+#include <cstdlib>
 
 namespace pelmora::host {
 
 namespace {
 
 constexpr Option kSaverOptions[] = {
+    {"root", nullptr, "draw for a saver host"},
+    {"window-id", "N", "draw in this window of the X server"},
     {"renderer", "NAME", "auto, gpu or software (default auto)"},
     {"verbose", nullptr, "write the log to standard error too"},
 };
@@ -57,6 +61,8 @@ ExitStatus runLive(const char* command, const Arguments& arguments, InputWatcher
   }
   const Renderer renderer = chooseRenderer(name);
   blockEndingSignals();
+  // A saver is no part of a session that is to be restored.
+  QCoreApplication::setAttribute(Qt::AA_DisableSessionManager);
   int count = 1;
   char program[] = "pelmora";
   char* words[] = {program, nullptr};
@@ -66,11 +72,46 @@ ExitStatus runLive(const char* command, const Arguments& arguments, InputWatcher
   return saver.exec() == 0 ? ExitStatus::success : ExitStatus::failure;
 }
 
+WindowWishes wishesOf(const Arguments& arguments) {
+  const char* variable = std::getenv("XSCREENSAVER_WINDOW");
+  WindowWishes wishes{.root = arguments.has("root"),
+                      .windowOption = arguments.value("window-id"),
+                      .variable = std::nullopt};
+  if (variable != nullptr) wishes.variable = variable;
+  if (wishes.root || wishes.variable) {
+    wishes.hasXServer = xServerAnswers();
+    // The X server of a Wayland session shows nothing on its root window.
+    wishes.hasRootWindow = wishes.hasXServer && !compositorAnswers();
+  }
+  return wishes;
+}
+
+Result<std::unique_ptr<ForeignWindow>> openWindow(const WindowChoice& choice) {
+  if (choice.place == WindowChoice::Place::window) return ForeignWindow::open(choice.window);
+  const Result<WindowId> root = ForeignWindow::root();
+  if (!root) return root.error();
+  return ForeignWindow::open(*root);
+}
+
+ExitStatus runInWindow(const Arguments& arguments, const WindowChoice& choice) {
+  Result<std::unique_ptr<ForeignWindow>> window = openWindow(choice);
+  if (!window) return failed("", window.error().message);
+  setenv("QT_QPA_PLATFORM", "xcb", 1);
+  return runLive("", arguments, InputWatcher::Ends::none, [&window](LiveSaver& saver) {
+    if ((*window)->isRoot()) return saver.drawOnRoot();
+    saver.drawInto(std::move(*window));
+  });
+}
+
 }  // namespace
 
 ExitStatus runSaver(std::span<char*> words) {
   const Result<Arguments> arguments = parseArguments(kSaverOptions, words);
   if (!arguments) return badUsage("", arguments.error().message);
+  const Result<WindowChoice> choice = chooseWindow(wishesOf(*arguments));
+  if (!choice) return badUsage("", choice.error().message);
+  if (!choice->note.empty()) note("", choice->note);
+  if (choice->place != WindowChoice::Place::displays) return runInWindow(*arguments, *choice);
   return runLive("", *arguments, InputWatcher::Ends::any,
                  [](LiveSaver& saver) { saver.coverDisplays(); });
 }

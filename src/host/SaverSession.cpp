@@ -3,6 +3,7 @@
 #include "cache/FolderCache.h"
 #include "platform/Log.h"
 #include "render/LayerTree.h"
+#include "shared/Random.h"
 #include "sources/PMSourceList.h"
 #include "view/PelmoraView.h"
 
@@ -35,6 +36,8 @@ struct SaverSession::ViewRun {
     view->setBackingScaleFactor(place.scale);
     layers.setScale(place.scale);
     layers.setPresenter(place.presenter);
+    // The view has seeded them.
+    for (unsigned i = 0; i < place.skippedDraws; ++i) static_cast<void>(randomDoubleBetween(0, 1));
   }
 
   PlaceWindow window;

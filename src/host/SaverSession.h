@@ -28,6 +28,7 @@ struct ViewPlace {
   std::optional<platform::Display> display;  // what the view's window says it is on
   bool isPreview = false;
   render::Presenter* presenter = nullptr;  // must outlive the session
+  unsigned skippedDraws = 0;               // random numbers left out before the view's first
 };
 
 /// One run of the saver: makes a view for each place, drives them with the calls that a saver host

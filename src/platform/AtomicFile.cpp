@@ -45,6 +45,7 @@ class TemporaryFile {
   }
   TemporaryFile(TemporaryFile&&) = default;
 
+  bool takeModeOf(const struct stat& facts);
   bool write(std::span<const std::uint8_t> bytes);
   bool renameTo(const FilePath& file);
 
@@ -71,6 +72,13 @@ std::optional<TemporaryFile> TemporaryFile::makeFor(const FilePath& file) {
   }
   errno = EBUSY;
   return std::nullopt;
+}
+
+/// The owner first: a change of owner takes rights away.
+bool TemporaryFile::takeModeOf(const struct stat& facts) {
+  const bool isOwned = ::fchown(_descriptor.get(), facts.st_uid, facts.st_gid) == 0;
+  const mode_t rights = facts.st_mode & (isOwned ? 07777U : 0777U);
+  return ::fchmod(_descriptor.get(), rights) == 0;
 }
 
 bool TemporaryFile::write(std::span<const std::uint8_t> bytes) {
@@ -105,15 +113,31 @@ void removeIfAbandoned(const FilePath& file) {
   if (lock(descriptor.get(), LOCK_EX | LOCK_NB)) ::unlink(file.c_str());
 }
 
-}  // namespace
-
-Status writeAtomically(const FilePath& file, std::span<const std::uint8_t> bytes) {
+/// `like`: whose mode it takes; its own when there is none.
+Status write(const FilePath& file, std::span<const std::uint8_t> bytes, const struct stat* like) {
   std::optional<TemporaryFile> temporary = TemporaryFile::makeFor(file);
-  if (!temporary || !temporary->write(bytes) || !temporary->renameTo(file)) {
+  if (!temporary || (like != nullptr && !temporary->takeModeOf(*like)) ||
+      !temporary->write(bytes) || !temporary->renameTo(file)) {
     return systemError(file, errno);
   }
   flushFolder(file.parent());
   return Done{};
+}
+
+}  // namespace
+
+Status writeAtomically(const FilePath& file, std::span<const std::uint8_t> bytes) {
+  return write(file, bytes, nullptr);
+}
+
+Status replaceContents(const FilePath& file, std::span<const std::uint8_t> bytes) {
+  struct stat facts {};
+  if (::lstat(file.c_str(), &facts) != 0) {
+    return errno == ENOENT ? writeAtomically(file, bytes) : systemError(file, errno);
+  }
+  const std::unique_ptr<char, void (*)(void*)> real(::realpath(file.c_str(), nullptr), &std::free);
+  if (!real || ::stat(real.get(), &facts) != 0) return systemError(file, errno);
+  return write(FilePath(real.get()), bytes, &facts);
 }
 
 void sweepTemporaryFiles(const FilePath& file) {

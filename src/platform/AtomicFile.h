@@ -13,6 +13,10 @@ namespace pelmora::platform {
 /// file stays. Thread: any.
 [[nodiscard]] Status writeAtomically(const FilePath& file, std::span<const std::uint8_t> bytes);
 
+/// The same, for a file that others made: its links are followed, and it keeps its mode and, where
+/// that can be, its owner. One that is not there is made with mode 0600.
+[[nodiscard]] Status replaceContents(const FilePath& file, std::span<const std::uint8_t> bytes);
+
 /// Removes the temporary files that killed writers of `file` left beside it; those of writers at
 /// work stay. Thread: any. Errors: none; what cannot be removed stays.
 void sweepTemporaryFiles(const FilePath& file);

@@ -45,6 +45,8 @@ TEST_F(DisplayCheckTest, findsACompositorThatListens) {
   setenv("XDG_RUNTIME_DIR", folder.path().c_str(), 1);
   setenv("WAYLAND_DISPLAY", "wayland-9", 1);
   EXPECT_TRUE(checkDisplay());
+  EXPECT_TRUE(compositorAnswers());
+  EXPECT_FALSE(xServerAnswers());
   close(server);
 }
 

@@ -84,4 +84,13 @@ TEST(InputWatcher, endsAWindowAtEscapeAlone) {
   EXPECT_EQ(window.ended, 1);
 }
 
+TEST(InputWatcher, leavesInputToOthersWhereItIsTheirs) {
+  Watched hosted(InputWatcher::Ends::none);
+  hosted.press(Qt::Key_Escape);
+  hosted.click();
+  hosted.move(0, 0);
+  hosted.move(100, 100);
+  EXPECT_EQ(hosted.ended, 0);
+}
+
 }  // namespace pelmora::host

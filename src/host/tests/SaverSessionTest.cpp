@@ -5,6 +5,7 @@
 #include "platform/OperationQueue.h"
 #include "render/LayerTree.h"
 #include "render/Snapshot.h"
+#include "shared/Random.h"
 #include "sources/PMSourceList.h"
 #include "view/PelmoraView.h"
 
@@ -151,6 +152,17 @@ TEST_F(SaverSessionTest, endsWithTheStopSequenceOfEveryView) {
   session.stop();
   fakes.scheduler.advanceTo(10);
   EXPECT_EQ(fakes.log.lines().size(), lines);
+}
+
+TEST_F(SaverSessionTest, leavesOutSoManyRandomNumbers) {
+  const platform::Display& display = fakes.displays.displays[0];
+  const auto firstDrawAfter = [&](unsigned skippedDraws) {
+    SaverSession other(services);
+    other.start({{.frame = display.frame, .display = display, .skippedDraws = skippedDraws}});
+    const double first = randomDoubleBetween(0, 1);
+    return std::pair(first, randomDoubleBetween(0, 1));
+  };
+  EXPECT_EQ(firstDrawAfter(1).first, firstDrawAfter(0).second);
 }
 
 }  // namespace pelmora::host

@@ -33,4 +33,10 @@ bool Deadline::isOver() const {
   return poll(&watched, 1, 0) == 1;
 }
 
+void Deadline::endNow() const {
+  itimerspec once{};
+  once.it_value.tv_nsec = 1;  // 0 would switch it off
+  if (_timer.isOpen()) timerfd_settime(_timer.get(), 0, &once, nullptr);
+}
+
 }  // namespace pelmora::platform

@@ -55,12 +55,32 @@ struct IsolatedImageLoader::State {
   DecoderProcess::Attempt ask(DecoderProcess decoder, int descriptor, int longestSide,
                               const Deadline& until);
   Result<InspectedPicture> askUntilTaken(int descriptor, int longestSide);
+  Result<InspectedPicture> askUntil(int descriptor, int longestSide, const Deadline& until);
 
   const Settings settings;
   LateChildren late;
   std::mutex mutex;                  // guards all below
   std::vector<DecoderProcess> idle;  // the last one was used last
+  std::vector<const Deadline*> waiting;
+  bool isGivenUp = false;
+
+  void beginToWait(const Deadline& until);
+  bool endToWait(const Deadline& until);
 };
+
+/// Keeps the deadline of a load where it can be brought forward.
+void IsolatedImageLoader::State::beginToWait(const Deadline& until) {
+  const std::lock_guard lock(mutex);
+  waiting.push_back(&until);
+  if (isGivenUp) until.endNow();
+}
+
+/// False when the load was given up.
+bool IsolatedImageLoader::State::endToWait(const Deadline& until) {
+  const std::lock_guard lock(mutex);
+  std::erase(waiting, &until);
+  return !isGivenUp;
+}
 
 std::optional<DecoderProcess> IsolatedImageLoader::State::takeIdle() {
   const std::lock_guard lock(mutex);
@@ -86,10 +106,18 @@ DecoderProcess::Attempt IsolatedImageLoader::State::ask(DecoderProcess decoder, 
   return attempt;
 }
 
-/// Idle decoders may have been ended by anybody meanwhile; one that was just started has no excuse.
 Result<InspectedPicture> IsolatedImageLoader::State::askUntilTaken(int descriptor,
                                                                    int longestSide) {
   const Deadline until(settings.deadline);
+  beginToWait(until);
+  Result<InspectedPicture> picture = askUntil(descriptor, longestSide, until);
+  if (!endToWait(until) && !picture) return Error{"its loading was given up"};
+  return picture;
+}
+
+/// Idle decoders may have been ended by anybody meanwhile; one that was just started has no excuse.
+Result<InspectedPicture> IsolatedImageLoader::State::askUntil(int descriptor, int longestSide,
+                                                              const Deadline& until) {
   while (std::optional<DecoderProcess> decoder = takeIdle()) {
     auto attempt = ask(*std::move(decoder), descriptor, longestSide, until);
     if (attempt.wasTaken) return std::move(attempt.picture);
@@ -115,6 +143,12 @@ Result<InspectedPicture> IsolatedImageLoader::inspect(const FilePath& file, int 
   const Result<FileDescriptor> opened = openPicture(file);
   if (!opened) return opened.error();
   return _state->askUntilTaken(opened->get(), longestSide);
+}
+
+void IsolatedImageLoader::giveUp() {
+  const std::lock_guard lock(_state->mutex);
+  _state->isGivenUp = true;
+  for (const Deadline* deadline : _state->waiting) deadline->endNow();
 }
 
 }  // namespace pelmora::platform

@@ -27,6 +27,8 @@ class IsolatedImageLoader : public ImageLoader {
 
   [[nodiscard]] Result<Image> load(const FilePath& file, int longestSide) override;
   [[nodiscard]] Result<InspectedPicture> inspect(const FilePath& file, int longestSide);
+  /// Gives up what is being loaded, and loads nothing more: for the end of a run.
+  void giveUp();
 
  private:
   struct State;

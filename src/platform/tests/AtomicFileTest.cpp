@@ -99,4 +99,34 @@ TEST(AtomicFile, sweepsAMissingFolderWithoutHarm) {
   EXPECT_TRUE(namesIn(folder.path()).empty());
 }
 
+TEST(AtomicFile, keepsTheModeOfAFileWhoseContentsItReplaces) {
+  const TemporaryFolder folder;
+  const FilePath file = folder.write("list", "old");
+  ASSERT_EQ(::chmod(file.c_str(), 0640), 0);
+  const std::string text = "new";
+  ASSERT_TRUE(replaceContents(file, {reinterpret_cast<const std::uint8_t*>(text.data()), 3}));
+  EXPECT_EQ(textOf(file), "new");
+  struct stat facts {};
+  ASSERT_EQ(::stat(file.c_str(), &facts), 0);
+  EXPECT_EQ(facts.st_mode & 07777, 0640U);
+}
+
+TEST(AtomicFile, followsALinkToTheFileWhoseContentsItReplaces) {
+  const TemporaryFolder folder;
+  const FilePath file = folder.write("far/list", "old");
+  const FilePath link = folder.link("list", "far/list");
+  ASSERT_TRUE(replaceContents(link, {}));
+  EXPECT_TRUE(std::filesystem::is_symlink(link.bytes()));
+  EXPECT_EQ(textOf(file), "");
+  EXPECT_THAT(namesIn(folder.path() / "far"), UnorderedElementsAre("list"));
+}
+
+TEST(AtomicFile, replacesTheContentsOfNoFileThatALinkOnlyPromises) {
+  const TemporaryFolder folder;
+  const FilePath link = folder.link("list", "nowhere");
+  EXPECT_FALSE(replaceContents(link, {}));
+  EXPECT_TRUE(std::filesystem::is_symlink(link.bytes()));
+  EXPECT_TRUE(replaceContents(folder.path() / "made", {}));
+}
+
 }  // namespace pelmora::platform

@@ -6,6 +6,7 @@
 
 #include <array>
 #include <csignal>
+#include <thread>
 
 namespace pelmora::platform {
 
@@ -47,6 +48,14 @@ TEST_F(DeadlineTest, isNotWaitedForWhenTheOtherEndIsClosed) {
   const Deadline deadline(milliseconds(600'000));
   writing = {};
   EXPECT_TRUE(deadline.waitFor(reading.get()));
+}
+
+TEST_F(DeadlineTest, canBeMadeNow) {
+  const Deadline deadline(milliseconds(600'000));
+  std::thread other([&deadline] { deadline.endNow(); });
+  EXPECT_FALSE(deadline.waitFor(reading.get()));
+  EXPECT_TRUE(deadline.isOver());
+  other.join();
 }
 
 TEST_F(DeadlineTest, isNotPutOffBySignals) {

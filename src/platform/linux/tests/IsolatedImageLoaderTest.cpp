@@ -138,6 +138,14 @@ TEST_F(IsolatedImageLoaderTest, endsADecoderThatTakesTooLong) {
   EXPECT_FALSE(hasChildren());
 }
 
+TEST_F(IsolatedImageLoaderTest, givesUpWhatIsBeingLoadedAndLoadsNothingMore) {
+  IsolatedImageLoader loader({.program = kFakeDecoder, .deadline = milliseconds(600'000)});
+  std::thread loading([&] { EXPECT_EQ(reason(loader, file, kHangs), "its loading was given up"); });
+  loader.giveUp();  // wherever the other thread is by now
+  loading.join();
+  EXPECT_EQ(reason(loader, file, kHangs), "its loading was given up");
+}
+
 TEST_F(IsolatedImageLoaderTest, makesWhatTheDecoderSaysPrintable) {
   IsolatedImageLoader loader({.program = kFakeDecoder});
   EXPECT_EQ(loader.inspect(file, kSendsControlCharacters)->format, "\\x1B[2J\\x0A");
