@@ -29,6 +29,8 @@ class LinuxServices {
   ~LinuxServices();
 
   [[nodiscard]] const platform::Services& services() const;
+  /// Waits for no disk any more that does not answer: the program is about to end. Thread: any.
+  void giveUpWaiting();
 
  private:
   struct Parts;
