@@ -16,7 +16,10 @@
 #include "platform/linux/LinuxBookmarks.h"
 #include "platform/linux/LinuxWorkspace.h"
 #include "platform/linux/LogSound.h"
+#include "platform/linux/PatientBookmarks.h"
+#include "platform/linux/PatientFiles.h"
 #include "platform/linux/PosixFiles.h"
+#include "platform/linux/RemoteMounts.h"
 #include "platform/linux/SystemClock.h"
 #include "platform/linux/SystemLog.h"
 #include "platform/linux/XdgBaseFolders.h"
@@ -45,6 +48,16 @@ std::unique_ptr<desktop::SessionBus> connectToSession(platform::Log& log) {
       log);
 }
 
+/// With a clock of their own: a resolution that hangs keeps both.
+std::shared_ptr<const platform::Bookmarks> makeBookmarks() {
+  struct OwnBookmarks {
+    platform::SystemClock clock;
+    platform::LinuxBookmarks bookmarks{clock};
+  };
+  const auto own = std::make_shared<OwnBookmarks>();
+  return {own, &own->bookmarks};
+}
+
 /// A player that plays one track, as long as it lasts.
 class OneTrack : public platform::players::TrackSource {
  public:
@@ -62,12 +75,14 @@ struct LinuxServices::Parts {
   explicit Parts(const ServiceChoices& choices)
       : log(choices.verbose ? platform::SystemLog::StandardError::always
                             : platform::SystemLog::StandardError::whenTerminal),
+        files(std::make_shared<platform::PosixFiles>(), remoteMounts, log),
         userFolders(platform::processEnvironment()),
-        bookmarks(clock),
+        bookmarks(makeBookmarks(), files),
         preferences(platform::defaultPreferencesPath(), log),
-        embeddedTags(inspectorPath(), clock, log),
-        workspace(labelsPath(), log,
-                  [this](const FilePath& file) { return embeddedTags.read(file); }),
+        embeddedTags(inspectorPath(), clock, log, platform::EmbeddedTags::kDeadline, &files),
+        workspace(
+            labelsPath(), log, [this](const FilePath& file) { return embeddedTags.read(file); },
+            &files),
         sound(log),
         samples(userFolders, samplesPath(), log),
         bus(choices.sessionBus ? connectToSession(log) : std::make_unique<desktop::SessionBus>()),
@@ -118,13 +133,14 @@ struct LinuxServices::Parts {
 
   platform::SystemClock clock;
   platform::SystemLog log;
-  platform::PosixFiles files;
+  platform::RemoteMounts remoteMounts;
+  platform::PatientFiles files;
   platform::XdgUserFolders userFolders;
-  platform::LinuxBookmarks bookmarks;
+  platform::PatientBookmarks bookmarks;
   platform::FilePreferencesStore preferences;
   platform::EmbeddedTags embeddedTags;
   platform::LinuxWorkspace workspace;
-  platform::IsolatedImageLoader images{{.program = decoderPath()}};
+  platform::IsolatedImageLoader images{{.program = decoderPath(), .files = &files}};
   platform::LogSound sound;
   SampleFolders samples;
   platform::NotificationCenter notifications;
@@ -146,8 +162,12 @@ LinuxServices::LinuxServices(const ServiceChoices& choices) {
 
 LinuxServices::~LinuxServices() = default;
 
+void LinuxServices::giveUpWaiting() {
+  _parts->files.giveUp();
+  _parts->images.giveUp();
+}
+
 const platform::Services& LinuxServices::services() const { return _parts->services; }
 
-void LinuxServices::giveUpLoading() { _parts->images.giveUp(); }
 
 }  // namespace pelmora::host

@@ -29,9 +29,9 @@ class LinuxServices {
   ~LinuxServices();
 
   [[nodiscard]] const platform::Services& services() const;
-  /// Gives up the picture that is being loaded, and loads no other: the run is about to end.
-  /// Thread: any.
-  void giveUpLoading();
+  /// Gives up the picture that is being loaded, loads no other, and waits for no disk any more that
+  /// does not answer: the run is about to end. Thread: any.
+  void giveUpWaiting();
 
  private:
   struct Parts;

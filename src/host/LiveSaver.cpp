@@ -1,5 +1,6 @@
 #include "host/LiveSaver.h"
 
+#include "host/EndingLimit.h"
 #include "host/EndingSignals.h"
 #include "host/ExitWork.h"
 
@@ -124,6 +125,7 @@ int LiveSaver::exec() {
   const ExitWork stopWork([this] { _module.reset(); });
   for (std::size_t i = 0; i < _windows.size(); ++i) followSize(i);
   const int status = QGuiApplication::exec();
+  const EndingLimit limit;
   for (const auto& presenter : _windows) presenter->window().hide();
   _module.reset();
   return status;

@@ -24,7 +24,7 @@ ModuleThread::~ModuleThread() {
   _scheduler.stop();
   {
     const std::lock_guard lock(_mutex);
-    if (_services != nullptr) _services->giveUpLoading();
+    if (_services != nullptr) _services->giveUpWaiting();
   }
   _thread.join();
 }

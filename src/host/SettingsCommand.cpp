@@ -1,5 +1,6 @@
 #include "host/Command.h"
 #include "host/DisplayCheck.h"
+#include "host/EndingLimit.h"
 #include "host/EndingSignals.h"
 #include "host/Options.h"
 #include "host/PortalFolderChooser.h"
@@ -9,6 +10,7 @@
 #include <QApplication>
 
 #include <cstdio>
+#include <optional>
 
 namespace pelmora::host {
 
@@ -48,10 +50,13 @@ ExitStatus runSettings(std::span<char*> words) {
   const Translations translations;
   const EndingSignals endingSignals([] { QApplication::quit(); });
   PortalFolderChooser chooser;
+  std::optional<EndingLimit> limit;  // outlives the window
   SettingsWindow window(chooser, arguments->has("verbose"));
   QObject::connect(&window, &QDialog::finished, &application, [] { QApplication::quit(); });
   window.show();
-  return QApplication::exec() == 0 ? ExitStatus::success : ExitStatus::failure;
+  const int status = QApplication::exec();
+  limit.emplace();
+  return status == 0 ? ExitStatus::success : ExitStatus::failure;
 }
 
 }  // namespace pelmora::host

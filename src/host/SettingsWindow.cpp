@@ -48,6 +48,7 @@ SettingsWindow::SettingsWindow(config::FolderChooser& chooser, bool verbose)
 }
 
 SettingsWindow::~SettingsWindow() {
+  _linuxServices.giveUpWaiting();
   _counter.reset();
   _preview->resized = [] {};
   _session.stop();

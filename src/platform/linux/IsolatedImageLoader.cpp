@@ -1,6 +1,7 @@
 #include "platform/linux/IsolatedImageLoader.h"
 
 #include "platform/linux/DecoderProcess.h"
+#include "platform/linux/PatientFiles.h"
 #include "platform/SystemError.h"
 
 #include <fcntl.h>
@@ -140,7 +141,11 @@ Result<Image> IsolatedImageLoader::load(const FilePath& file, int longestSide) {
 }
 
 Result<InspectedPicture> IsolatedImageLoader::inspect(const FilePath& file, int longestSide) {
-  const Result<FileDescriptor> opened = openPicture(file);
+  const PatientFiles* files = _state->settings.files;
+  const auto answer = files ? files->wait(file, [file] { return openPicture(file); })
+                            : std::optional(openPicture(file));
+  if (!answer) return Error{"its disk does not answer"};
+  const Result<FileDescriptor>& opened = *answer;
   if (!opened) return opened.error();
   return _state->askUntilTaken(opened->get(), longestSide);
 }

@@ -8,6 +8,8 @@
 
 namespace pelmora::platform {
 
+class PatientFiles;
+
 /// Loads pictures in a process of their own, which has no files, no network and bounded memory and
 /// time (`decoder/`), so that a hostile file costs one failed load: `program` is started when it is
 /// first needed and kept; one that crashed, hung, or answered nonsense is ended, and the next
@@ -19,6 +21,7 @@ class IsolatedImageLoader : public ImageLoader {
  public:
   struct Settings {
     FilePath program;
+    const PatientFiles* files = nullptr;         // by which to open them; null: directly
     std::chrono::milliseconds deadline{10'000};  // for one picture; then its process is ended
   };
 

@@ -2,6 +2,7 @@
 
 #include "platform/linux/ExtendedAttribute.h"
 #include "platform/linux/FileTags.h"
+#include "platform/linux/PatientFiles.h"
 
 #include <algorithm>
 #include <utility>
@@ -36,8 +37,9 @@ void setLabel(std::vector<Label>& labels, Label label) {
 
 }  // namespace
 
-LinuxWorkspace::LinuxWorkspace(const FilePath& labelsFile, Log& log, ReadEmbedded readEmbedded)
-    : _labels(standardLabels()), _readEmbedded(std::move(readEmbedded)) {
+LinuxWorkspace::LinuxWorkspace(const FilePath& labelsFile, Log& log, ReadEmbedded readEmbedded,
+                               const PatientFiles* files)
+    : _labels(standardLabels()), _readEmbedded(std::move(readEmbedded)), _files(files) {
   for (Label& label : labelsInFile(labelsFile, log)) setLabel(_labels, std::move(label));
 }
 
@@ -54,8 +56,12 @@ std::vector<Color> LinuxWorkspace::fileLabelColors() const {
 }
 
 std::vector<std::string> LinuxWorkspace::tagNames(const FilePath& file) const {
-  auto tags = tagsOfAttributes([&](const char* name) { return extendedAttribute(file, name); });
-  return tags.empty() ? _readEmbedded(file) : tags;
+  const auto read = [file] {
+    return tagsOfAttributes([&file](const char* name) { return extendedAttribute(file, name); });
+  };
+  const auto tags = _files ? _files->wait(file, read) : std::optional(read());
+  if (!tags) return {};
+  return tags->empty() ? _readEmbedded(file) : *tags;
 }
 
 }  // namespace pelmora::platform

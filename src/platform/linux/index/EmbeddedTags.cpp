@@ -1,5 +1,6 @@
 #include "platform/linux/index/EmbeddedTags.h"
 
+#include "platform/linux/PatientFiles.h"
 #include "platform/SystemError.h"
 
 #include <fcntl.h>
@@ -9,6 +10,11 @@
 namespace pelmora::platform {
 
 namespace {
+
+FileDescriptor openFile(const FilePath& file) {
+  // Without O_NONBLOCK, opening a named pipe would wait for its writer.
+  return FileDescriptor(::open(file.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC | O_NOCTTY));
+}
 
 std::vector<std::string> tagsIn(const metadata::FileMetadata& metadata) {
   std::vector<std::string> tags;
@@ -21,12 +27,13 @@ std::vector<std::string> tagsIn(const metadata::FileMetadata& metadata) {
 }  // namespace
 
 EmbeddedTags::EmbeddedTags(const FilePath& program, const Clock& clock, Log& log,
-                           std::chrono::milliseconds deadline)
+                           std::chrono::milliseconds deadline, const PatientFiles* files)
     : _program(program),
       _deadline(deadline),
+      _files(files),
       _log(log),
-      _patient([this](auto files, const auto& take) { return inspect(files.front(), take); }, clock,
-               log) {}
+      _patient([this](auto opened, const auto& take) { return inspect(opened.front(), take); },
+               clock, log) {}
 
 /// Starts one inspector at most: whoever asks waits.
 Status EmbeddedTags::inspect(const FileDescriptor& file, const PatientInspector::TakeNext& take) {
@@ -48,12 +55,12 @@ Status EmbeddedTags::inspect(const FileDescriptor& file, const PatientInspector:
 }
 
 std::vector<std::string> EmbeddedTags::read(const FilePath& file) {
-  // Without O_NONBLOCK, opening a named pipe would wait for its writer.
-  const FileDescriptor open(::open(file.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC | O_NOCTTY));
-  if (!open.isOpen()) return {};
+  const auto opened = _files ? _files->wait(file, [file] { return openFile(file); })
+                             : std::optional(openFile(file));
+  if (!opened || !opened->isOpen()) return {};
   std::vector<std::string> tags;
   const std::lock_guard lock(_mutex);
-  _patient.inspect({&open, 1}, [&](std::size_t, EmbeddedMetadata embedded) {
+  _patient.inspect({&*opened, 1}, [&](std::size_t, EmbeddedMetadata embedded) {
     if (embedded) {
       tags = tagsIn(*embedded);
     } else {

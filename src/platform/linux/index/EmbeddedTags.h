@@ -11,6 +11,8 @@
 
 namespace pelmora::platform {
 
+class PatientFiles;
+
 /// The tags that are embedded in files, as a filter knows them (`kMDItemUserTags`), read by an
 /// inspector of its own, which starts with the first file, at the priority of the thread that asks.
 /// Thread: any; one waits for another. Ownership: clock and log outlive it. Errors: no tags, and a
@@ -21,9 +23,9 @@ class EmbeddedTags {
   /// included.
   static constexpr std::chrono::milliseconds kDeadline{1000};
 
-  /// `program` is the inspector.
+  /// `program` is the inspector. `files`, by which to open them, outlives it; null: directly.
   EmbeddedTags(const FilePath& program, const Clock& clock, Log& log,
-               std::chrono::milliseconds deadline = kDeadline);
+               std::chrono::milliseconds deadline = kDeadline, const PatientFiles* files = nullptr);
 
   [[nodiscard]] std::vector<std::string> read(const FilePath& file);
 
@@ -32,6 +34,7 @@ class EmbeddedTags {
 
   const FilePath _program;
   const std::chrono::milliseconds _deadline;
+  const PatientFiles* const _files;
   Log& _log;
   std::mutex _mutex;  // guards all below
   LateChildren _late;

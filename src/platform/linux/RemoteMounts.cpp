@@ -1,0 +1,60 @@
+#include "platform/linux/RemoteMounts.h"
+
+#include <fcntl.h>
+#include <poll.h>
+
+#include <algorithm>
+#include <array>
+#include <string_view>
+
+namespace pelmora::platform {
+
+namespace {
+
+/// Those that answer by themselves, beside the storage of this machine.
+constexpr auto kKernelTypes = std::to_array<std::string_view>(
+    {"binfmt_misc", "bpf",       "cgroup",   "cgroup2", "configfs",  "debugfs",
+     "devpts",      "devtmpfs",  "efivarfs", "fusectl", "hugetlbfs", "mqueue",
+     "nsfs",        "proc",      "pstore",   "ramfs",   "rootfs",    "rpc_pipefs",
+     "securityfs",  "selinuxfs", "sysfs",    "tracefs"});
+
+bool isRemote(const Mount& mount) {
+  return !mount.isLocalStorage() &&
+         std::find(kKernelTypes.begin(), kKernelTypes.end(), mount.type) == kKernelTypes.end();
+}
+
+}  // namespace
+
+RemoteMounts::RemoteMounts()
+    : _read(&MountTable::ofThisProcess),
+      _mountInfo(::open("/proc/self/mountinfo", O_RDONLY | O_CLOEXEC)) {}
+
+bool RemoteMounts::hasAny() {
+  const std::lock_guard lock(_mutex);
+  update();
+  return _hasRemote;
+}
+
+std::optional<FilePath> RemoteMounts::pointOf(const FilePath& path) {
+  const std::lock_guard lock(_mutex);
+  update();
+  if (!_hasRemote) return std::nullopt;
+  const Mount* mount = _mounts.mountOf(path);
+  return mount && isRemote(*mount) ? std::optional(mount->point) : std::nullopt;
+}
+
+void RemoteMounts::update() {
+  if (_isRead && !hasChanged()) return;
+  _isRead = true;
+  _mounts = _read();
+  _hasRemote = std::any_of(_mounts.mounts().begin(), _mounts.mounts().end(), isRemote);
+}
+
+/// The kernel tells it once to whoever holds the file open.
+bool RemoteMounts::hasChanged() {
+  if (!_mountInfo.isOpen()) return true;
+  pollfd change{_mountInfo.get(), POLLPRI, 0};
+  return ::poll(&change, 1, 0) > 0 && (change.revents & (POLLPRI | POLLERR)) != 0;
+}
+
+}  // namespace pelmora::platform
