@@ -6,6 +6,7 @@
 #include "host/ParseValues.h"
 
 #include <QGuiApplication>
+#include <QIcon>
 
 #include <cstdio>
 
@@ -88,6 +89,8 @@ ExitStatus runWindow(std::span<char*> words) {
   const Result<WindowRequest> request = parseWindowRequest(*arguments);
   if (!request) return badUsage("window", request.error().message);
   return runLive("window", *arguments, InputWatcher::Ends::escape, [&request](LiveSaver& saver) {
+    QGuiApplication::setDesktopFileName("pelmora-settings");
+    QGuiApplication::setWindowIcon(QIcon::fromTheme("pelmora"));
     saver.openWindow(request->size, request->isPreview);
   });
 }
