@@ -18,9 +18,11 @@ packages_run=(
   fonts-dkg-handwriting fonts-sjfonts fonts-tlwg-purisa-ttf fonts-kaushanscript fonts-kristi
 )
 packages_test=(
-  at-spi2-core dbus exiv2 gir1.2-atspi-2.0 libgmock-dev libgtest-dev libgl1-mesa-dri mpv mpv-mpris
-  openbox python3 python3-gi tzdata vlc-bin vlc-plugin-base x11-xserver-utils xdotool xvfb
+  appstream at-spi2-core dbus desktop-file-utils exiv2 fish gir1.2-atspi-2.0 libgmock-dev libgtest-dev libgl1-mesa-dri mpv mpv-mpris
+  man-db openbox python3 python3-gi tzdata vlc-bin vlc-plugin-base x11-xserver-utils xdotool xvfb zsh
 )
+packages_package=(dpkg-dev lintian)
+packages_pictures=(attr librsvg2-bin optipng pngquant webp)
 packages_check=(clang-format git python3)
 packages_tidy=(clang-tidy)
 packages_fuzz=(clang libclang-rt-dev)
