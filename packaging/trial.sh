@@ -4,10 +4,10 @@
 set -euo pipefail
 export DEBIAN_FRONTEND=noninteractive PATH=/usr/sbin:/usr/bin:/sbin:/bin
 step() { echo "-- $*"; }
-as_user() {
-  setpriv --reuid=65534 --regid=65534 --clear-groups env HOME=/tmp/user XDG_RUNTIME_DIR=/tmp/user/run \
-    LC_ALL=C.UTF-8 "$@"
-}
+as_user=(
+  setpriv --reuid=65534 --regid=65534 --clear-groups
+  env HOME=/tmp/user XDG_RUNTIME_DIR=/tmp/user/run LC_ALL=C.UTF-8
+)
 step "installing"
 apt-get -qq update
 apt-get -qq -y install --no-install-recommends /tmp/pelmora.deb >/tmp/install.log 2>&1 || {
@@ -21,27 +21,30 @@ mkdir -p /tmp/user/run
 chmod 700 /tmp/user/run
 chown -R 65534:65534 /tmp/user
 step "pelmora --version"
-as_user pelmora --version
-as_user pelmora --help >/dev/null
+"${as_user[@]}" pelmora --version
+"${as_user[@]}" pelmora --help >/dev/null
 step "pelmora render"
-as_user pelmora render --samples --out /tmp/user/pile.png --size 640x360 --at 10 2>/dev/null
+"${as_user[@]}" pelmora render --samples --out /tmp/user/pile.png --size 640x360 --at 10 2>/dev/null
 test -s /tmp/user/pile.png
 step "pelmora check"
-as_user pelmora check "/tmp/user/.cache/Pelmora/Sample Pictures" >/tmp/checked
+"${as_user[@]}" pelmora check "/tmp/user/.cache/Pelmora/Sample Pictures" >/tmp/checked
 head -n 3 /tmp/checked
 step "pelmora settings"
 mkfifo /tmp/user/display
-as_user Xvfb -displayfd 3 -nolisten tcp -screen 0 1024x768x24 3>/tmp/user/display >/tmp/user/xvfb.log 2>&1 &
+"${as_user[@]}" Xvfb -displayfd 3 -nolisten tcp -screen 0 1024x768x24 3>/tmp/user/display >/tmp/user/xvfb.log 2>&1 &
 server=$!
 read -r number </tmp/user/display
-as_user env DISPLAY=":$number" pelmora settings >/tmp/user/settings.log 2>&1 &
+"${as_user[@]}" env DISPLAY=":$number" pelmora settings >/tmp/user/settings.log 2>&1 &
 settings=$!
+window=
 for _ in $(seq 100); do
-  as_user xwininfo -display ":$number" -root -tree | grep -q "Pelmora Screen Saver" && break
+  windows=$("${as_user[@]}" xwininfo -display ":$number" -root -tree)
+  window=$(grep "Pelmora Screen Saver" <<<"$windows") && break
   kill -0 "$settings" || break
   sleep 0.2
 done
-as_user xwininfo -display ":$number" -root -tree | grep -m 1 "Pelmora Screen Saver"
+echo "$window"
+[ -n "$window" ]
 kill -TERM "$settings"
 wait "$settings"
 kill "$server"
