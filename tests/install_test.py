@@ -74,7 +74,7 @@ class Installed(unittest.TestCase):
         self.assertGreater(len(colours), 20)
 
     def test_decodes_and_reads_what_is_embedded(self):
-        out = os.path.join(self.folder, "photos", "a.png")
+        out = os.path.join(self.folder, "home", "photos", "a.png")
         os.makedirs(os.path.dirname(out))
         with open(out, "wb") as file:
             file.write(pngfile.encode(30, 20, (200, 100, 50)))
