@@ -18,10 +18,12 @@ packages_run=(
   fonts-dkg-handwriting fonts-sjfonts fonts-tlwg-purisa-ttf fonts-kaushanscript fonts-kristi
 )
 packages_test=(
-  at-spi2-core dbus exiv2 gir1.2-atspi-2.0 libgmock-dev libgtest-dev libgl1-mesa-dri mate-screensaver
-  mpv mpv-mpris openbox python3 python3-gi tzdata vlc-bin vlc-plugin-base x11-xserver-utils xdotool xscreensaver
-  xscreensaver-data xvfb
+  appstream at-spi2-core dbus desktop-file-utils exiv2 fish gir1.2-atspi-2.0 libgl1-mesa-dri
+  libgmock-dev libgtest-dev man-db mate-screensaver mpv mpv-mpris openbox python3 python3-gi tzdata
+  vlc-bin vlc-plugin-base x11-xserver-utils xdotool xscreensaver xscreensaver-data xvfb zsh
 )
+packages_package=(dpkg-dev lintian)
+packages_pictures=(attr librsvg2-bin optipng pngquant webp)
 packages_check=(clang-format git python3)
 packages_tidy=(clang-tidy)
 packages_fuzz=(clang libclang-rt-dev)

@@ -1,6 +1,7 @@
 #include "decoder/JxlColors.h"
 
 #include <jxl/decode.h>
+#include <jxl/version.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -30,11 +31,19 @@ VideoColors asVideo(const JxlColorEncoding& encoding) {
   return colors;
 }
 
+/// How the colours are encoded, if the file says so in words instead of by a profile.
+JxlDecoderStatus colorEncoding(const JxlDecoder* decoder, JxlColorEncoding* encoding) {
+#if JPEGXL_NUMERIC_VERSION >= JPEGXL_COMPUTE_NUMERIC_VERSION(0, 9, 0)
+  return JxlDecoderGetColorAsEncodedProfile(decoder, JXL_COLOR_PROFILE_TARGET_DATA, encoding);
+#else  // where a format was asked for, which was never used
+  return JxlDecoderGetColorAsEncodedProfile(decoder, nullptr, JXL_COLOR_PROFILE_TARGET_DATA,
+                                            encoding);
+#endif
+}
+
 VideoColors colorsOf(JxlDecoder* decoder) {
   JxlColorEncoding encoding{};
-  const bool isEncoded =
-      JxlDecoderGetColorAsEncodedProfile(decoder, nullptr, JXL_COLOR_PROFILE_TARGET_DATA,
-                                         &encoding) == JXL_DEC_SUCCESS;
+  const bool isEncoded = colorEncoding(decoder, &encoding) == JXL_DEC_SUCCESS;
   return isEncoded ? asVideo(encoding) : VideoColors{};
 }
 

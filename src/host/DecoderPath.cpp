@@ -17,9 +17,8 @@ bool isFile(const FilePath& path) {
 }
 
 FilePath pathOf(std::string_view name, const FilePath& program) {
-  const FilePath folder = program.parent();
-  if (const FilePath beside = folder / name; isFile(beside)) return beside;
-  return folder.parent() / "libexec" / "pelmora" / name;
+  if (const FilePath beside = program.parent() / name; isFile(beside)) return beside;
+  return installedFolder(program, PELMORA_HELPERS) / name;
 }
 
 }  // namespace
@@ -27,6 +26,11 @@ FilePath pathOf(std::string_view name, const FilePath& program) {
 FilePath runningProgram() {
   std::error_code error;
   return FilePath(std::filesystem::read_symlink("/proc/self/exe", error).string());
+}
+
+FilePath installedFolder(const FilePath& program, std::string_view fromItsFolder) {
+  const std::filesystem::path folder(program.parent().bytes());
+  return FilePath((folder / fromItsFolder).lexically_normal().string());
 }
 
 FilePath decoderPath() { return decoderPathFor(runningProgram()); }

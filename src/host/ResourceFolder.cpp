@@ -10,11 +10,10 @@ namespace pelmora::host {
 FilePath resourceFolder() { return resourceFolderFor(runningProgram()); }
 
 FilePath resourceFolderFor(const FilePath& program) {
-  const FilePath folder = program.parent();
   std::error_code error;
-  const FilePath beside = folder / "data";
+  const FilePath beside = program.parent() / "data";
   if (std::filesystem::is_directory(beside.bytes(), error)) return beside;
-  return folder.parent() / "share" / "pelmora";
+  return installedFolder(program, PELMORA_RESOURCES);
 }
 
 }  // namespace pelmora::host

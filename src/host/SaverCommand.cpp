@@ -7,6 +7,7 @@
 #include "host/WindowChoice.h"
 
 #include <QGuiApplication>
+#include <QIcon>
 
 #include <cstdio>
 #include <cstdlib>
@@ -129,6 +130,8 @@ ExitStatus runWindow(std::span<char*> words) {
   const Result<WindowRequest> request = parseWindowRequest(*arguments);
   if (!request) return badUsage("window", request.error().message);
   return runLive("window", *arguments, InputWatcher::Ends::escape, [&request](LiveSaver& saver) {
+    QGuiApplication::setDesktopFileName("pelmora-settings");
+    QGuiApplication::setWindowIcon(QIcon::fromTheme("pelmora"));
     saver.openWindow(request->size, request->isPreview);
   });
 }

@@ -9,6 +9,7 @@
 #include <QDesktopServices>
 #include <QFile>
 #include <QHBoxLayout>
+#include <QIcon>
 #include <QLabel>
 #include <QLocale>
 #include <QPushButton>
@@ -57,7 +58,7 @@ SettingsWindow::~SettingsWindow() {
 void SettingsWindow::makeParts() {
   setWindowFlags(Qt::Window);  // it is the whole program
   setWindowTitle(QCoreApplication::translate("Settings", "Pelmora Screen Saver"));
-  setWindowIcon(QIcon::fromTheme("preferences-desktop-screensaver"));
+  setWindowIcon(QIcon::fromTheme("pelmora", QIcon::fromTheme("preferences-desktop-screensaver")));
   _preview->setAccessibleName(QCoreApplication::translate("Settings", "Preview"));
   _status = new QLabel(this);
   _status->setAccessibleName(QCoreApplication::translate("Settings", "Progress"));

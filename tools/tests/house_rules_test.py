@@ -71,6 +71,10 @@ class HouseRules(unittest.TestCase):
         self.assertEqual(breaches(README_DOT_md="a\nTODO b\n")[0][:12], "README.md:2:")
         self.assertEqual(breaches(README_DOT_md="mktemp -d /tmp/pelmora-XXXXXX\n"), [])
 
+    def test_reads_no_words_into_pictures(self):
+        self.assertEqual(breaches(docs__a_DOT_png="\x89PNG\0\0XXX,XXX\n"), [])
+        self.assertEqual(len(breaches(docs__a_DOT_md="XXX,XXX\n")), 1)
+
     def test_sees_a_path_of_one_machine(self):
         self.assertEqual(len(breaches(README_DOT_md="in /" "root/pictures\n")), 1)
         self.assertEqual(breaches(README_DOT_md="build/wo" "rk/a ~/ro" "ot/b /home/me/c\n"), [])

@@ -21,6 +21,13 @@ TEST(DecoderPath, isInItsOwnFolderAsItIsInstalled) {
   EXPECT_EQ(decoderPathFor(folder.path() / "bin/pelmora"), expected);
 }
 
+TEST(DecoderPath, leadsStraightToWhatIsInstalled) {
+  const FilePath program("/opt/photos/bin/pelmora");
+  EXPECT_EQ(installedFolder(program, "../libexec/pelmora").bytes(), "/opt/photos/libexec/pelmora");
+  EXPECT_EQ(installedFolder(program, "../lib/x86/pelmora").bytes(), "/opt/photos/lib/x86/pelmora");
+  EXPECT_EQ(installedFolder(program, "../../shared").bytes(), "/opt/shared");
+}
+
 TEST(DecoderPath, isFoundForTheRunningProgram) {
   EXPECT_TRUE(runningProgram().lastComponent().starts_with("host_tests"));
   EXPECT_EQ(decoderPath().lastComponent(), "pelmora-decoder");
