@@ -24,7 +24,7 @@ std::string sessionBusAddress(const std::string& given, const std::string& runti
 }
 
 struct SessionBus::Worker {
-  void connect(const std::string& address, platform::Log& log);
+  void connect(const std::string& address, const std::string& busName, platform::Log& log);
   void run(const Task& task) const;
   void disconnect();
   void end();
@@ -38,7 +38,8 @@ struct SessionBus::Worker {
   std::optional<QDBusConnection> connection;
 };
 
-void SessionBus::Worker::connect(const std::string& address, platform::Log& log) {
+void SessionBus::Worker::connect(const std::string& address, const std::string& busName,
+                                 platform::Log& log) {
   const QString name = "pelmora-" + QString::number(reinterpret_cast<quintptr>(this), 16);
   connection = QDBusConnection::connectToBus(QString::fromStdString(address), name);
   const bool isConnected = connection->isConnected();
@@ -47,7 +48,7 @@ void SessionBus::Worker::connect(const std::string& address, platform::Log& log)
   isConnecting = false;
   if (isConnected && !isAbandoned) return;
   disconnect();
-  if (!isAbandoned) log.print("Pelmora: The session's bus cannot be reached: %s", why.c_str());
+  if (!isAbandoned) log.print("Pelmora: %s cannot be reached: %s", busName.c_str(), why.c_str());
 }
 
 void SessionBus::Worker::run(const Task& task) const {
@@ -69,7 +70,7 @@ void SessionBus::Worker::end() {
 SessionBus::SessionBus() = default;
 
 SessionBus::SessionBus(const std::string& address, platform::Log& log,
-                       std::chrono::milliseconds patience)
+                       std::chrono::milliseconds patience, const std::string& name)
     : _patience(patience) {
   if (address.empty()) {
     log.write("Pelmora: There is no session bus: music players are not seen.");
@@ -81,7 +82,7 @@ SessionBus::SessionBus(const std::string& address, platform::Log& log,
   worker->context.moveToThread(&worker->thread);
   worker->thread.start();
   QMetaObject::invokeMethod(
-      &worker->context, [worker, address, &log] { worker->connect(address, log); },
+      &worker->context, [worker, address, name, &log] { worker->connect(address, name, log); },
       Qt::QueuedConnection);
 }
 

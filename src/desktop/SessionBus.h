@@ -28,9 +28,11 @@ class SessionBus {
 
   /// No bus, for a run that is not to see its session.
   SessionBus();
-  /// Returns at once. `log` outlives it. A QCoreApplication must be there, if an address is.
+  /// Returns at once. `log` outlives it, and is told of the bus by `name`, which is another one's
+  /// where that is meant. A QCoreApplication must be there, if an address is.
   SessionBus(const std::string& address, platform::Log& log,
-             std::chrono::milliseconds patience = std::chrono::seconds(1));
+             std::chrono::milliseconds patience = std::chrono::seconds(1),
+             const std::string& name = "The session's bus");
   /// Waits for what was posted, but no longer than it has patience for a connection: the thread is
   /// then left to itself, and runs none of the tasks.
   ~SessionBus();
