@@ -71,8 +71,10 @@ XScreenSaverMonitor::~XScreenSaverMonitor() {
   if (_rest) _needs->scheduler.cancel(*_rest);
   if (_timeoutBefore && xcb_connection_has_error(_connection) == 0) {
     const std::optional<Settings> settings = readSettings();
-    if (settings && settings->timeout == _delay.count()) setTimeout(*settings, *_timeoutBefore);
-    xcb_flush(_connection);
+    if (settings && settings->timeout == _delay.count()) {
+      setTimeout(*settings, *_timeoutBefore);
+      readSettings();  // so that it has happened
+    }
   }
   xcb_disconnect(_connection);
 }
@@ -98,6 +100,7 @@ void XScreenSaverMonitor::start(std::chrono::seconds delay, Events events) {
     _timeoutBefore = settings->timeout;
     setTimeout(*settings, static_cast<std::int16_t>(delay.count()));
   }
+  _question = xcb_screensaver_query_info(_connection, _root).sequence;
   xcb_flush(_connection);
   // Events that came with the reply lie in memory already, where no descriptor tells of them.
   readEvents();
@@ -141,15 +144,21 @@ void XScreenSaverMonitor::handle(const xcb_generic_event_t& event) {
 }
 
 void XScreenSaverMonitor::wentOn(bool isForced) {
+  forgetQuestion();
   if (isForced) return becomeIdle();  // someone wants it now
   // It may be another's timeout that is over, and not the delay.
   _question = xcb_screensaver_query_info(_connection, _root).sequence;
 }
 
 void XScreenSaverMonitor::wentOff() {
-  if (_question) xcb_discard_reply(_connection, *std::exchange(_question, std::nullopt));
+  forgetQuestion();
   if (_rest) _needs->scheduler.cancel(*std::exchange(_rest, std::nullopt));
   if (std::exchange(_isIdle, false)) _events.becameActive();
+}
+
+void XScreenSaverMonitor::forgetQuestion() {
+  _hasStarted = true;  // an event says more than the answer will
+  if (_question) xcb_discard_reply(_connection, *std::exchange(_question, std::nullopt));
 }
 
 void XScreenSaverMonitor::readIdleTime() {
@@ -157,10 +166,14 @@ void XScreenSaverMonitor::readIdleTime() {
   xcb_generic_error_t* error = nullptr;
   if (!_question || xcb_poll_for_reply(_connection, *_question, &found, &error) == 0) return;
   _question.reset();
+  const bool isFirst = !std::exchange(_hasStarted, true);
   const Reply<xcb_generic_error_t> ownedError(error);
   const Reply<xcb_screensaver_query_info_reply_t> reply(
       static_cast<xcb_screensaver_query_info_reply_t*>(found));
-  if (reply) takeIdleTime(std::chrono::milliseconds(reply->ms_since_user_input));
+  if (!reply || reply->state != XCB_SCREENSAVER_STATE_ON) return;
+  if (!isFirst) return takeIdleTime(std::chrono::milliseconds(reply->ms_since_user_input));
+  // It was on before it was ours, and would tell nothing: the delay begins now.
+  xcb_force_screen_saver(_connection, XCB_SCREEN_SAVER_RESET);
 }
 
 void XScreenSaverMonitor::takeIdleTime(std::chrono::milliseconds idle) {

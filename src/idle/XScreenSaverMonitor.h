@@ -50,7 +50,7 @@ class XScreenSaverMonitor : public IdleMonitor {
   explicit XScreenSaverMonitor(xcb_connection_t* connection) : _connection(connection) {}
 
   struct Settings;
-  [[nodiscard]] std::optional<Settings> readSettings();
+  std::optional<Settings> readSettings();
   void setTimeout(const Settings& settings, std::int16_t seconds);
   void readEvents();
   void handle(const xcb_generic_event_t& event);
@@ -58,6 +58,7 @@ class XScreenSaverMonitor : public IdleMonitor {
   void wentOff();
   void takeIdleTime(std::chrono::milliseconds idle);
   void readIdleTime();
+  void forgetQuestion();
   void becomeIdle();
   void lose();
 
@@ -72,6 +73,7 @@ class XScreenSaverMonitor : public IdleMonitor {
   std::optional<unsigned int> _ownLooks;       // the request's number, until it has succeeded
   std::optional<unsigned int> _question;       // the number of the request for the idle time
   std::optional<platform::Scheduler::TimerId> _rest;
+  bool _hasStarted = false;  // it is known whether the server's saver was on at the start
   bool _isIdle = false;
   bool _isLost = false;
 };

@@ -147,6 +147,16 @@ TEST_F(XScreenSaverMonitorTest, tellsOfIdlenessAndOfActivityInTurns) {
   }
 }
 
+TEST_F(XScreenSaverMonitorTest, countsFromItsStartWhenTheServersScreenSaverWasOnBefore) {
+  const OtherProgram other;
+  other.force(XCB_SCREEN_SAVER_ACTIVE);
+  static_cast<void>(other.timeout());
+  start(1);
+  waitUntil([this] { return idles == 1; });
+  other.force(XCB_SCREEN_SAVER_RESET);
+  waitUntil([this] { return actives == 1; });
+}
+
 TEST_F(XScreenSaverMonitorTest, tellsOfIdlenessWhenTheDelayIsOver) {
   start(1);
   waitUntil([this] { return idles == 1; });
