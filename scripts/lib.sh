@@ -10,7 +10,8 @@ packages_core=(g++ cmake ninja-build pkg-config libicu-dev libsqlite3-dev)
 packages_qt=(
   qt6-base-dev qt6-declarative-dev qt6-l10n-tools qt6-tools-dev qt6-tools-dev-tools libxcb1-dev
   libexif-dev libexiv2-dev libgdk-pixbuf-2.0-dev libheif-dev libjpeg62-turbo-dev libjxl-dev liblcms2-dev
-  libseccomp-dev libvips-dev
+  libseccomp-dev libvips-dev libwayland-dev libxcb-screensaver0-dev plasma-wayland-protocols
+  wayland-protocols
 )
 packages_run=(
   qt6-wayland
@@ -19,7 +20,7 @@ packages_run=(
 )
 packages_test=(
   at-spi2-core dbus exiv2 gir1.2-atspi-2.0 libgmock-dev libgtest-dev libgl1-mesa-dri mpv mpv-mpris
-  openbox python3 python3-gi tzdata vlc-bin vlc-plugin-base x11-xserver-utils xdotool xvfb
+  openbox python3 python3-gi sway tzdata vlc-bin vlc-plugin-base x11-xserver-utils xdotool xvfb
 )
 packages_check=(clang-format git python3)
 packages_tidy=(clang-tidy)
