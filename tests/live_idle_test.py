@@ -5,6 +5,7 @@ saver starts and ends: python3 live_idle_test.py --pelmora PATH"""
 import os
 import re
 import signal
+import socket
 import subprocess
 
 from gi.repository import Gio, GLib
@@ -242,6 +243,18 @@ class IdleOnX(idling.IdleCase):
         watcher = self.watch()
         self.wait_for_log(watcher, "bus cannot be reached", 2)
         self.wait_for_saver(watcher)
+
+    def test_is_not_held_up_by_a_bus_that_says_nothing(self):
+        silent = socket.socket(socket.AF_UNIX)
+        self.addCleanup(silent.close)
+        path = os.path.join(self.runtime, "silent")
+        silent.bind(path)
+        silent.listen()
+        for kind in ("SESSION", "SYSTEM"):
+            self.env[f"DBUS_{kind}_BUS_ADDRESS"] = "unix:path=" + path
+        watcher = self.watch()
+        watcher.terminate()
+        self.assertEqual(self.finish(watcher), 0)
 
     def test_sleeps_while_the_user_is_active(self):
         watcher = self.watch(delay=600)

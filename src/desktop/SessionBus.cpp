@@ -10,10 +10,17 @@
 
 #include <sys/stat.h>
 
+#include <atomic>
 #include <mutex>
 #include <optional>
 
 namespace pelmora::desktop {
+
+namespace {
+
+std::atomic<bool> anyIsWaiting = false;  // a thread that was left to itself
+
+}  // namespace
 
 std::string sessionBusAddress(const std::string& given, const std::string& runtimeFolder) {
   if (!given.empty() || runtimeFolder.empty()) return given;
@@ -96,12 +103,15 @@ SessionBus::~SessionBus() {
     const std::lock_guard lock(worker->mutex);
     worker->isAbandoned = worker->isConnecting;
     if (worker->isAbandoned) {
+      anyIsWaiting = true;
       static_cast<void>(_worker.release());  // a thread that runs cannot be destroyed
       return;
     }
   }
   worker->thread.wait();  // for what is to be done on it, which never waits
 }
+
+bool SessionBus::isAnyLeftToItself() { return anyIsWaiting; }
 
 void SessionBus::post(Task task) {
   if (!_worker) return;

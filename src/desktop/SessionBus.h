@@ -39,6 +39,10 @@ class SessionBus {
   SessionBus(const SessionBus&) = delete;
   SessionBus& operator=(const SessionBus&) = delete;
 
+  /// Whether a thread was left waiting for a connection. A process that then exits as usual would
+  /// wait with it.
+  [[nodiscard]] static bool isAnyLeftToItself();
+
   /// Runs `task`, which must not wait for anything, on the bus's thread, after those posted before,
   /// as soon as there is a connection.
   void post(Task task);

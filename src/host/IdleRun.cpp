@@ -63,25 +63,33 @@ Status IdleRun::exec() {
     _needsMutter = true;
   }
   _scheduler.after(kPatience, [this] {
+    connectToSystem();
     if (!_isFollowing) mutterMissing();
   });
-  connectToBuses();
+  connectToSession();
   QCoreApplication::exec();
   return _outcome.value_or(Status(Done{}));
 }
 
-void IdleRun::connectToBuses() {
+void IdleRun::connectToSession() {
   const std::string session =
       desktop::sessionBusAddress(variable("DBUS_SESSION_BUS_ADDRESS"), variable("XDG_RUNTIME_DIR"));
   if (session.empty()) {
     _log.write("Pelmora: There is no session bus: what its programs hold is not seen");
+    connectToSystem();
     if (_needsMutter) mutterMissing();
-  } else {
-    _sessionLink = std::make_unique<idle::BusLink>(
-        session, "The session's bus", _log,
-        idle::BusLink::Events{[this](const QDBusConnection& bus) { sessionBusConnected(bus); },
-                              [this] { sessionBusLost(); }});
+    return;
   }
+  _sessionLink = std::make_unique<idle::BusLink>(
+      session, "The session's bus", _log,
+      idle::BusLink::Events{[this](const QDBusConnection& bus) { sessionBusConnected(bus); },
+                            [this] { sessionBusLost(); }});
+}
+
+// After the session's: connections are made one after another, and one that hangs holds up the
+// next.
+void IdleRun::connectToSystem() {
+  if (_systemLink) return;
   const std::string given = variable("DBUS_SYSTEM_BUS_ADDRESS");
   _systemLink = std::make_unique<idle::BusLink>(
       given.empty() ? kSystemBus : given, "The system's bus", _log,
@@ -93,6 +101,7 @@ void IdleRun::connectToBuses() {
 void IdleRun::sessionBusConnected(const QDBusConnection& bus) {
   _sessionBus.emplace(bus);
   addSessionInhibitors(bus);
+  connectToSystem();
   if (_needsMutter) lookForMutter();
 }
 

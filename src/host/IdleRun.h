@@ -52,7 +52,8 @@ class IdleRun {
   Status exec();
 
  private:
-  void connectToBuses();
+  void connectToSession();
+  void connectToSystem();
   void addSessionInhibitors(const QDBusConnection& bus);
   void addSystemInhibitors(const QDBusConnection& bus);
   void sessionBusConnected(const QDBusConnection& bus);
