@@ -94,7 +94,7 @@ class IdleOnX(idling.IdleCase):
         saver = self.wait_for_saver(watcher)
         self.set_server("reset")
         self.wait_until(watcher, lambda: not idling.is_alive(saver), "the saver's end")
-        self.assertIn(b"The user is active: ending the saver", watcher.log)
+        self.wait_for_log(watcher, "The user is active: ending the saver")
 
     def test_keeps_away_while_a_player_suspends_the_servers_screen_saver(self):
         picture = os.path.join(self.home, "film.png")
