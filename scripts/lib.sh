@@ -10,7 +10,8 @@ packages_core=(g++ cmake ninja-build pkg-config libicu-dev libsqlite3-dev)
 packages_qt=(
   qt6-base-dev qt6-declarative-dev qt6-l10n-tools qt6-tools-dev qt6-tools-dev-tools libxcb1-dev
   libexif-dev libexiv2-dev libgdk-pixbuf-2.0-dev libheif-dev libjpeg62-turbo-dev libjxl-dev liblcms2-dev
-  libseccomp-dev libvips-dev
+  libseccomp-dev libvips-dev libwayland-dev libxcb-screensaver0-dev plasma-wayland-protocols
+  wayland-protocols
 )
 packages_run=(
   qt6-wayland
@@ -19,8 +20,8 @@ packages_run=(
 )
 packages_test=(
   appstream at-spi2-core dbus desktop-file-utils exiv2 fish gir1.2-atspi-2.0 libgl1-mesa-dri
-  libgmock-dev libgtest-dev man-db mate-screensaver mpv mpv-mpris openbox python3 python3-gi tzdata
-  vlc-bin vlc-plugin-base x11-xserver-utils xdotool xscreensaver xscreensaver-data xvfb zsh
+  libgmock-dev libgtest-dev man-db mate-screensaver mpv mpv-mpris openbox python3 python3-gi sway
+  tzdata vlc-bin vlc-plugin-base x11-xserver-utils xdotool xscreensaver xscreensaver-data xvfb zsh
 )
 packages_package=(dpkg-dev lintian)
 packages_pictures=(attr librsvg2-bin optipng pngquant webp)

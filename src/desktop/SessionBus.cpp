@@ -10,10 +10,17 @@
 
 #include <sys/stat.h>
 
+#include <atomic>
 #include <mutex>
 #include <optional>
 
 namespace pelmora::desktop {
+
+namespace {
+
+std::atomic<bool> anyIsWaiting = false;  // a thread that was left to itself
+
+}  // namespace
 
 std::string sessionBusAddress(const std::string& given, const std::string& runtimeFolder) {
   if (!given.empty() || runtimeFolder.empty()) return given;
@@ -24,7 +31,7 @@ std::string sessionBusAddress(const std::string& given, const std::string& runti
 }
 
 struct SessionBus::Worker {
-  void connect(const std::string& address, platform::Log& log);
+  void connect(const std::string& address, const std::string& busName, platform::Log& log);
   void run(const Task& task) const;
   void disconnect();
   void end();
@@ -38,7 +45,8 @@ struct SessionBus::Worker {
   std::optional<QDBusConnection> connection;
 };
 
-void SessionBus::Worker::connect(const std::string& address, platform::Log& log) {
+void SessionBus::Worker::connect(const std::string& address, const std::string& busName,
+                                 platform::Log& log) {
   const QString name = "pelmora-" + QString::number(reinterpret_cast<quintptr>(this), 16);
   connection = QDBusConnection::connectToBus(QString::fromStdString(address), name);
   const bool isConnected = connection->isConnected();
@@ -47,7 +55,7 @@ void SessionBus::Worker::connect(const std::string& address, platform::Log& log)
   isConnecting = false;
   if (isConnected && !isAbandoned) return;
   disconnect();
-  if (!isAbandoned) log.print("Pelmora: The session's bus cannot be reached: %s", why.c_str());
+  if (!isAbandoned) log.print("Pelmora: %s cannot be reached: %s", busName.c_str(), why.c_str());
 }
 
 void SessionBus::Worker::run(const Task& task) const {
@@ -69,7 +77,7 @@ void SessionBus::Worker::end() {
 SessionBus::SessionBus() = default;
 
 SessionBus::SessionBus(const std::string& address, platform::Log& log,
-                       std::chrono::milliseconds patience)
+                       std::chrono::milliseconds patience, const std::string& name)
     : _patience(patience) {
   if (address.empty()) {
     log.write("Pelmora: There is no session bus: music players are not seen.");
@@ -81,7 +89,7 @@ SessionBus::SessionBus(const std::string& address, platform::Log& log,
   worker->context.moveToThread(&worker->thread);
   worker->thread.start();
   QMetaObject::invokeMethod(
-      &worker->context, [worker, address, &log] { worker->connect(address, log); },
+      &worker->context, [worker, address, name, &log] { worker->connect(address, name, log); },
       Qt::QueuedConnection);
 }
 
@@ -95,12 +103,15 @@ SessionBus::~SessionBus() {
     const std::lock_guard lock(worker->mutex);
     worker->isAbandoned = worker->isConnecting;
     if (worker->isAbandoned) {
+      anyIsWaiting = true;
       static_cast<void>(_worker.release());  // a thread that runs cannot be destroyed
       return;
     }
   }
   worker->thread.wait();  // for what is to be done on it, which never waits
 }
+
+bool SessionBus::isAnyLeftToItself() { return anyIsWaiting; }
 
 void SessionBus::post(Task task) {
   if (!_worker) return;

@@ -28,14 +28,20 @@ class SessionBus {
 
   /// No bus, for a run that is not to see its session.
   SessionBus();
-  /// Returns at once. `log` outlives it. A QCoreApplication must be there, if an address is.
+  /// Returns at once. `log` outlives it, and is told of the bus by `name`, which is another one's
+  /// where that is meant. A QCoreApplication must be there, if an address is.
   SessionBus(const std::string& address, platform::Log& log,
-             std::chrono::milliseconds patience = std::chrono::seconds(1));
+             std::chrono::milliseconds patience = std::chrono::seconds(1),
+             const std::string& name = "The session's bus");
   /// Waits for what was posted, but no longer than it has patience for a connection: the thread is
   /// then left to itself, and runs none of the tasks.
   ~SessionBus();
   SessionBus(const SessionBus&) = delete;
   SessionBus& operator=(const SessionBus&) = delete;
+
+  /// Whether a thread was left waiting for a connection. A process that then exits as usual would
+  /// wait with it.
+  [[nodiscard]] static bool isAnyLeftToItself();
 
   /// Runs `task`, which must not wait for anything, on the bus's thread, after those posted before,
   /// as soon as there is a connection.

@@ -12,6 +12,7 @@ constexpr Command kCommands[] = {
     {"window", "run the saver in a window", runWindow},
     {"render", "render the saver to picture files, without a display", runRender},
     {"settings", "open the settings: preview, folders, filter and look", runSettings},
+    {"idle", "start the saver when the user is idle", runIdle},
     {"defaults", "read and write the preferences", runDefaults},
     {"check", "tell why a picture is shown or not", runCheck},
     {"match", "list the files that a filter admits", runMatch},

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "shared/Result.h"
+
 #include <span>
 #include <string_view>
 
@@ -20,12 +22,16 @@ ExitStatus runSaver(std::span<char*> words);
 ExitStatus runWindow(std::span<char*> words);
 ExitStatus runRender(std::span<char*> words);
 ExitStatus runCheck(std::span<char*> words);
+ExitStatus runIdle(std::span<char*> words);
 ExitStatus runDefaults(std::span<char*> words);
 ExitStatus runMatch(std::span<char*> words);
 ExitStatus runRegister(std::span<char*> words);
 ExitStatus runSettings(std::span<char*> words);
 ExitStatus runSources(std::span<char*> words);
 ExitStatus runUnregister(std::span<char*> words);
+
+/// Whether the saver understands what it is to be given. `words[0]` stands for its name.
+[[nodiscard]] Status checkSaverWords(std::span<char*> words);
 
 /// Runs the program: the sub-command that the first word names, or the saver.
 ExitStatus runProgram(std::span<char*> words);

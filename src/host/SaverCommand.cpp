@@ -48,15 +48,28 @@ Result<WindowRequest> parseWindowRequest(const Arguments& arguments) {
   return request;
 }
 
+std::string rendererName(const Arguments& arguments) {
+  return arguments.value("renderer").value_or("auto");
+}
+
+Status checkLive(const Arguments& arguments) {
+  if (!arguments.positional().empty()) {
+    return Error{"'" + arguments.positional().front() + "' is one word too many"};
+  }
+  if (!isRendererName(rendererName(arguments))) {
+    return Error{"--renderer is auto, gpu or software"};
+  }
+  return Done{};
+}
+
 /// What both commands have in common: `show` opens the windows.
 template <typename Show>
 ExitStatus runLive(const char* command, const Arguments& arguments, InputWatcher::Ends ends,
                    const Show& show) {
-  if (!arguments.positional().empty()) {
-    return badUsage(command, "'" + arguments.positional().front() + "' is one word too many");
+  if (const Status checked = checkLive(arguments); !checked) {
+    return badUsage(command, checked.error().message);
   }
-  const std::string name = arguments.value("renderer").value_or("auto");
-  if (!isRendererName(name)) return badUsage(command, "--renderer is auto, gpu or software");
+  const std::string name = rendererName(arguments);
   if (const Status display = checkDisplay(); !display) {
     return failed(command, display.error().message);
   }
@@ -115,6 +128,11 @@ ExitStatus runSaver(std::span<char*> words) {
   if (choice->place != WindowChoice::Place::displays) return runInWindow(*arguments, *choice);
   return runLive("", *arguments, InputWatcher::Ends::any,
                  [](LiveSaver& saver) { saver.coverDisplays(); });
+}
+
+Status checkSaverWords(std::span<char*> words) {
+  const Result<Arguments> arguments = parseArguments(kSaverOptions, words);
+  return arguments ? checkLive(*arguments) : Status(arguments.error());
 }
 
 ExitStatus runWindow(std::span<char*> words) {

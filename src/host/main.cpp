@@ -1,6 +1,10 @@
+#include "desktop/SessionBus.h"
 #include "host/Command.h"
 
 #include <malloc.h>
+
+#include <cstdio>
+#include <cstdlib>
 
 namespace {
 
@@ -13,5 +17,11 @@ constexpr int kLargeBlock = 256 << 10;  // bytes
 int main(int argc, char** argv) {
   mallopt(M_MMAP_THRESHOLD, kLargeBlock);
   mallopt(M_TRIM_THRESHOLD, 4 * kLargeBlock);
-  return static_cast<int>(pelmora::host::runProgram({argv, static_cast<std::size_t>(argc)}));
+  const auto status =
+      static_cast<int>(pelmora::host::runProgram({argv, static_cast<std::size_t>(argc)}));
+  if (pelmora::desktop::SessionBus::isAnyLeftToItself()) {
+    std::fflush(nullptr);
+    std::_Exit(status);
+  }
+  return status;
 }

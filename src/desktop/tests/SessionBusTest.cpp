@@ -128,6 +128,7 @@ TEST(SessionBus, leavesABusThatKeepsItWaiting) {
     SessionBus silent("unix:path=" + path, log, std::chrono::milliseconds(20));
     silent.post([&ran](const QDBusConnection&) { ++ran; });
   }
+  EXPECT_TRUE(SessionBus::isAnyLeftToItself());
   close(listening);  // which ends the wait of the thread that was left
   {
     SessionBus next(testBus.address(), log, kPatience);
