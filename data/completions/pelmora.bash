@@ -9,11 +9,14 @@ _pelmora_options() {
         --from --to --no-settle --samples --track --artist --album --verbose --help
       ;;
     settings) echo --verbose --help ;;
+    idle) echo --delay --not-on-battery --verbose --help ;;
+    register) echo --select --file --help ;;
+    unregister) echo --file --help ;;
     defaults) echo --help ;;
     check) echo --size --out --help ;;
     match) echo -0 --help ;;
     sources) echo --chance --days --screens --disabled --help ;;
-    '') echo --renderer --verbose --help --version ;;
+    '') echo --root --window-id --renderer --verbose --help --version ;;
   esac
 }
 
@@ -21,13 +24,13 @@ _pelmora_options() {
 _pelmora_values() {
   case $1 in
     --renderer) echo auto gpu software ;;
-    --layers) echo file ;;
+    --layers | --file) echo file ;;
     --frames) echo folder ;;
     --out) [ "$2" = check ] && echo folder || echo file ;;
     --days) echo all none sun mon tue wed thu fri sat ;;
     --screens) echo all ;;
     --size | --scale | --displays | --screen | --start | --at | --fps | --from | --to) echo other ;;
-    --track | --artist | --album | --chance) echo other ;;
+    --track | --artist | --album | --chance | --delay | --window-id) echo other ;;
   esac
 }
 
@@ -55,7 +58,7 @@ _pelmora_reply() {
 
 _pelmora() {
   local current=${COMP_WORDS[COMP_CWORD]} previous=${COMP_WORDS[COMP_CWORD - 1]}
-  local commands='window render settings defaults check match sources'
+  local commands='window render settings idle defaults check match sources register unregister'
   local keys='Delay FilterPredicate NumImages ShowiTunesTrack Sources UsePolaroid iTunesTrackType'
   local command='' values i
   local -a words=()

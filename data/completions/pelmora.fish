@@ -1,6 +1,6 @@
 # fish completion for pelmora
 
-set -l commands window render settings defaults check match sources
+set -l commands window render settings idle defaults check match sources register unregister
 
 complete -c pelmora -f
 
@@ -8,16 +8,21 @@ set -l first "not __fish_seen_subcommand_from $commands"
 complete -c pelmora -n $first -a window -d 'Run the saver in a window'
 complete -c pelmora -n $first -a render -d 'Render the saver to picture files'
 complete -c pelmora -n $first -a settings -d 'Open the settings'
+complete -c pelmora -n $first -a idle -d 'Start the saver when the user is idle'
+complete -c pelmora -n $first -a register -d "Add the saver to XScreenSaver's list"
+complete -c pelmora -n $first -a unregister -d "Take the saver from XScreenSaver's list"
 complete -c pelmora -n $first -a defaults -d 'Read and write the preferences'
 complete -c pelmora -n $first -a check -d 'Tell why a picture is shown or not'
 complete -c pelmora -n $first -a match -d 'List the files that a filter admits'
 complete -c pelmora -n $first -a sources -d 'List, add and remove picture folders'
 complete -c pelmora -n $first -l version -d 'Show the version'
+complete -c pelmora -n $first -l root -d 'Draw for a saver host'
+complete -c pelmora -n $first -l window-id -x -d 'Draw in this window of the X server'
 
 complete -c pelmora -l help -d 'Show the options'
 complete -c pelmora -n "$first; or __fish_seen_subcommand_from window" -l renderer -x \
     -a 'auto gpu software' -d 'What draws'
-complete -c pelmora -n "$first; or __fish_seen_subcommand_from window render settings" -l verbose \
+complete -c pelmora -n "$first; or __fish_seen_subcommand_from window render settings idle" -l verbose \
     -d 'Write the log to standard error too'
 
 set -l window '__fish_seen_subcommand_from window'
@@ -44,6 +49,15 @@ complete -c pelmora -n $render -l samples -d 'Show sample pictures to a user who
 complete -c pelmora -n $render -l track -x -d 'What seems to play'
 complete -c pelmora -n $render -l artist -x -d 'Who plays it'
 complete -c pelmora -n $render -l album -x -d 'Where it is from'
+
+set -l idle '__fish_seen_subcommand_from idle'
+complete -c pelmora -n $idle -l delay -x -d 'How long there is no input, in seconds'
+complete -c pelmora -n $idle -l not-on-battery -d 'Do not start it on battery'
+
+complete -c pelmora -n '__fish_seen_subcommand_from register' -l select \
+    -d 'Make it the saver that is shown'
+complete -c pelmora -n '__fish_seen_subcommand_from register unregister' -l file -r -F \
+    -d 'The settings'
 
 set -l defaults '__fish_seen_subcommand_from defaults'
 set -l keys Delay FilterPredicate NumImages ShowiTunesTrack Sources UsePolaroid iTunesTrackType
