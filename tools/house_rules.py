@@ -10,6 +10,7 @@ BELOW = {
     "shared": [],
     "platform": ["shared"],
     "desktop": ["platform", "shared"],
+    "wayland": [],
     "render": ["platform", "shared"],
     "cache": ["platform", "shared"],
     "sandbox": ["platform", "shared"],
@@ -22,7 +23,7 @@ BELOW = {
     "view": ["sources", "cards", "nowplaying", "render", "cache", "platform", "shared"],
 }
 BELOW["config"] = ["view", "filtereditor"] + BELOW["view"]
-BELOW["host"] = ["config", "view", "desktop"] + BELOW["view"]
+BELOW["host"] = ["config", "view", "desktop", "wayland"] + BELOW["view"]
 
 WITHOUT_QT = ("src/shared/", "src/platform/", "src/cache/", "src/sources/")
 MAY_USE_QT = ("src/platform/linux/",)
