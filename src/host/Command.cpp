@@ -32,6 +32,7 @@ void printHelp() {
       "\n"
       "Options:\n"
       "  --renderer NAME         auto, gpu or software (default auto)\n"
+      "  --no-layers             on Wayland, use ordinary full-screen windows\n"
       "  --verbose               write the log to standard error too\n"
       "  --help                  show this help\n"
       "  --version               show the version");

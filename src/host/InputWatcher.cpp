@@ -16,12 +16,12 @@ constexpr double kRealMovement = 5;  // points
 InputWatcher::InputWatcher(Ends ends, std::function<void()> ended)
     : _ends(ends), _ended(std::move(ended)) {}
 
-bool InputWatcher::eventFilter(QObject*, QEvent* event) {
-  if (isInput(event)) _ended();
+bool InputWatcher::eventFilter(QObject* watched, QEvent* event) {
+  if (isInput(watched, event)) _ended();
   return false;
 }
 
-bool InputWatcher::isInput(QEvent* event) {
+bool InputWatcher::isInput(QObject* watched, QEvent* event) {
   if (event->type() == QEvent::KeyPress) {
     return _ends == Ends::any || static_cast<QKeyEvent*>(event)->key() == Qt::Key_Escape;
   }
@@ -32,20 +32,25 @@ bool InputWatcher::isInput(QEvent* event) {
     case QEvent::Wheel:
     case QEvent::TouchBegin:
     case QEvent::TabletPress:
+    case QEvent::Close:
       return true;
     case QEvent::Enter:
-      return movedAway(static_cast<QEnterEvent*>(event)->globalPosition());
+      return movedAway(watched, static_cast<QEnterEvent*>(event)->position());
     case QEvent::MouseMove:
-      return movedAway(static_cast<QMouseEvent*>(event)->globalPosition());
+      return movedAway(watched, static_cast<QMouseEvent*>(event)->position());
+    case QEvent::Move:
+    case QEvent::Resize:
+    case QEvent::Hide:
+      _pointerAtFirst.erase(watched);
+      return false;
     default:
       return false;
   }
 }
 
-bool InputWatcher::movedAway(const QPointF& pointer) {
-  if (!_pointerAtFirst) _pointerAtFirst = pointer;
-  return std::hypot(pointer.x() - _pointerAtFirst->x(), pointer.y() - _pointerAtFirst->y()) >
-         kRealMovement;
+bool InputWatcher::movedAway(QObject* watched, const QPointF& pointer) {
+  const QPointF first = _pointerAtFirst.emplace(watched, pointer).first->second;
+  return std::hypot(pointer.x() - first.x(), pointer.y() - first.y()) > kRealMovement;
 }
 
 }  // namespace pelmora::host

@@ -4,13 +4,15 @@
 #include <QPointF>
 
 #include <functional>
-#include <optional>
+#include <map>
 
 namespace pelmora::host {
 
 /// Tells real input from the noise that a new full-screen window gets: a key, a button, a wheel, a
-/// touch, or the pointer moved a few points away from where it was first seen. Watches every window
-/// it is installed on as an event filter. Thread: GUI.
+/// touch, or the pointer moved a few points away from where it was first seen in that window. When
+/// a window moves or changes its size under the pointer, that is seen anew. A window that the
+/// desktop is asked to close counts as input. Watches every window it is installed on as an event
+/// filter. Thread: GUI.
 class InputWatcher : public QObject {
  public:
   /// `any`: every key, click and movement counts; `escape`: the Escape key alone.
@@ -20,12 +22,12 @@ class InputWatcher : public QObject {
   [[nodiscard]] bool eventFilter(QObject* watched, QEvent* event) override;
 
  private:
-  [[nodiscard]] bool isInput(QEvent* event);
-  [[nodiscard]] bool movedAway(const QPointF& pointer);
+  [[nodiscard]] bool isInput(QObject* watched, QEvent* event);
+  [[nodiscard]] bool movedAway(QObject* watched, const QPointF& pointer);
 
   const Ends _ends;
   std::function<void()> _ended;
-  std::optional<QPointF> _pointerAtFirst;
+  std::map<QObject*, QPointF> _pointerAtFirst;  // by window, in its own points
 };
 
 }  // namespace pelmora::host

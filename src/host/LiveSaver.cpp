@@ -9,72 +9,37 @@
 namespace pelmora::host {
 
 LiveSaver::LiveSaver(Renderer renderer, InputWatcher::Ends ends, bool verbose)
-    : _renderer(renderer), _verbose(verbose), _input(ends, [] { QGuiApplication::quit(); }) {}
+    : _input(ends, [] { QGuiApplication::quit(); }),
+      _windows(
+          renderer, _clock, _displays,
+          ServiceChoices{.verbose = verbose, .samplesWhenNoPictures = true, .sessionBus = true},
+          _input),
+      _connectionLoss([this] { _windows.end(); }) {}
 
 LiveSaver::~LiveSaver() = default;
 
-render::PresenterWindow& LiveSaver::addWindow(ViewPlace place) {
-  _windows.push_back(makePresenterWindow(_renderer, _clock));
-  render::PresenterWindow& presenter = *_windows.back();
-  place.presenter = &presenter;
-  presenter.window().installEventFilter(&_input);
-  presenter.window().setTitle("Pelmora");
-  _places.push_back(place);
-  return presenter;
-}
-
-void LiveSaver::coverDisplays() {
-  for (QScreen* screen : QGuiApplication::screens()) {
-    const auto display = _displays.displayOf(screen);
-    if (!display) continue;
-    QWindow& window =
-        addWindow({.frame = display->frame, .scale = display->scale, .display = display}).window();
-    window.setScreen(screen);
-    // A Wayland compositor names no size at first: the screen's is right until it does.
-    window.setGeometry(screen->geometry());
-    window.setFlags(Qt::Window | Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint);
-    window.setCursor(Qt::BlankCursor);
-    window.showFullScreen();
-  }
-  if (!_windows.empty()) _windows.front()->window().requestActivate();
+void LiveSaver::coverDisplays(DisplayCover::Layers layers) {
+  // Displays go, and with them the last window perhaps, but the run goes on.
+  QGuiApplication::setQuitOnLastWindowClosed(false);
+  _cover = std::make_unique<DisplayCover>(_windows, _displays, layers);
 }
 
 void LiveSaver::openWindow(const Size& size, bool isPreview) {
   QScreen* screen = QGuiApplication::primaryScreen();
-  QWindow& window = addWindow({.frame = {{0, 0}, size},
-                               .scale = screen ? screen->devicePixelRatio() : 1,
-                               .display = screen ? _displays.displayOf(screen) : std::nullopt,
-                               .isPreview = isPreview})
-                        .window();
+  QWindow& window = _windows.add({.frame = {{0, 0}, size},
+                                  .scale = screen ? screen->devicePixelRatio() : 1,
+                                  .display = screen ? _displays.displayOf(screen) : std::nullopt,
+                                  .isPreview = isPreview});
   window.resize(static_cast<int>(size.width), static_cast<int>(size.height));
   window.show();
 }
 
-void LiveSaver::followSize(std::size_t index) {
-  QWindow& window = _windows[index]->window();
-  const auto resized = [this, index, &window] {
-    if (_module) {
-      _module->resize(index,
-                      {static_cast<double>(window.width()), static_cast<double>(window.height())},
-                      window.devicePixelRatio());
-    }
-  };
-  QObject::connect(&window, &QWindow::widthChanged, &_input, resized);
-  QObject::connect(&window, &QWindow::heightChanged, &_input, resized);
-  QObject::connect(&window, &QWindow::screenChanged, &_input, resized);
-  resized();  // since the window was shown it may have changed already
-}
-
 int LiveSaver::exec() {
   const EndingSignals endingSignals([] { QGuiApplication::quit(); });
-  _module = std::make_unique<ModuleThread>(
-      _clock, _displays,
-      ServiceChoices{.verbose = _verbose, .samplesWhenNoPictures = true, .sessionBus = true},
-      _places);
-  for (std::size_t i = 0; i < _windows.size(); ++i) followSize(i);
   const int status = QGuiApplication::exec();
-  for (const auto& presenter : _windows) presenter->window().hide();
-  _module.reset();
+  _cover.reset();
+  _windows.hide();
+  _windows.end();
   return status;
 }
 

@@ -4,6 +4,7 @@
 #include "host/LiveSaver.h"
 #include "host/Options.h"
 #include "host/ParseValues.h"
+#include "wayland/QtHandles.h"
 
 #include <QGuiApplication>
 
@@ -15,6 +16,7 @@ namespace {
 
 constexpr Option kSaverOptions[] = {
     {"renderer", "NAME", "auto, gpu or software (default auto)"},
+    {"no-layers", nullptr, "on Wayland, use ordinary full-screen windows"},
     {"verbose", nullptr, "write the log to standard error too"},
 };
 
@@ -57,6 +59,7 @@ ExitStatus runLive(const char* command, const Arguments& arguments, InputWatcher
   }
   const Renderer renderer = chooseRenderer(name);
   blockEndingSignals();
+  wayland::allowBareSurfaces();
   int count = 1;
   char program[] = "pelmora";
   char* words[] = {program, nullptr};
@@ -71,8 +74,11 @@ ExitStatus runLive(const char* command, const Arguments& arguments, InputWatcher
 ExitStatus runSaver(std::span<char*> words) {
   const Result<Arguments> arguments = parseArguments(kSaverOptions, words);
   if (!arguments) return badUsage("", arguments.error().message);
+  const auto layers = arguments->has("no-layers") ? DisplayCover::Layers::never
+                                                  : DisplayCover::Layers::wherePossible;
+  preferWayland();
   return runLive("", *arguments, InputWatcher::Ends::any,
-                 [](LiveSaver& saver) { saver.coverDisplays(); });
+                 [layers](LiveSaver& saver) { saver.coverDisplays(layers); });
 }
 
 ExitStatus runWindow(std::span<char*> words) {

@@ -31,13 +31,19 @@ struct Watched {
                       Qt::NoModifier);
     EXPECT_FALSE(watcher.eventFilter(nullptr, &event));
   }
-  void move(double x, double y) {
+  /// The pointer, in the window's points.
+  void move(double x, double y, QObject* window = nullptr) {
     QMouseEvent event(QEvent::MouseMove, {x, y}, {x, y}, Qt::NoButton, Qt::NoButton,
                       Qt::NoModifier);
+    EXPECT_FALSE(watcher.eventFilter(window, &event));
+  }
+  void happen(QEvent::Type type) {
+    QEvent event(type);
     EXPECT_FALSE(watcher.eventFilter(nullptr, &event));
   }
 
   Application application;
+  QObject other;
   int ended = 0;
   InputWatcher watcher;
 };
@@ -70,6 +76,32 @@ TEST(InputWatcher, knowsWhereThePointerWasWhenTheWindowCame) {
   EXPECT_FALSE(saver.watcher.eventFilter(nullptr, &enter));
   EXPECT_EQ(saver.ended, 0);
   saver.move(700, 400);
+  EXPECT_EQ(saver.ended, 1);
+}
+
+TEST(InputWatcher, seesThePointerAnewInAnotherWindow) {
+  Watched saver(InputWatcher::Ends::any);
+  saver.move(500, 400);
+  saver.move(20, 30, &saver.other);  // the window that it was in has gone
+  EXPECT_EQ(saver.ended, 0);
+  saver.move(40, 30, &saver.other);
+  EXPECT_EQ(saver.ended, 1);
+}
+
+TEST(InputWatcher, seesThePointerAnewWhenItsWindowMoved) {
+  Watched saver(InputWatcher::Ends::any);
+  for (const QEvent::Type change : {QEvent::Move, QEvent::Resize, QEvent::Hide}) {
+    saver.move(500, 400);
+    saver.happen(change);
+    saver.move(20, 30);
+    EXPECT_EQ(saver.ended, 0);
+    saver.happen(change);
+  }
+}
+
+TEST(InputWatcher, endsWhenTheDesktopClosesAWindow) {
+  Watched saver(InputWatcher::Ends::any);
+  saver.happen(QEvent::Close);
   EXPECT_EQ(saver.ended, 1);
 }
 
