@@ -1,5 +1,10 @@
-"""A Wayland compositor without a screen, to look at and to use, for tests of the running saver."""
+"""A Wayland compositor to look at and to use, for tests of the running saver.
 
+Its displays are windows on a virtual X display: so it has a pointer and a keyboard, and displays can
+be plugged in and out.
+"""
+
+import ctypes
 import json
 import os
 import shutil
@@ -8,14 +13,15 @@ import subprocess
 import tempfile
 import time
 
+import live
+
 LIMIT = 20  # seconds that anything may take
 NOBODY = 65534
 BAR = (255, 0, 255)  # the colour of the bar on each display
 
 CONFIGURATION = """
-output HEADLESS-1 resolution 800x600 position 0 0
-output HEADLESS-2 resolution 1200x900 scale 2 position 800 0
-seat * hide_cursor 0
+output X11-1 resolution 800x600 position 0 0
+output X11-2 resolution 1200x900 scale 2 position 800 0
 bar {
   position top
   colors {
@@ -51,10 +57,61 @@ class Picture:
                    if (i + 1) % self.width)
 
 
+class Windows:
+    """The windows of a virtual display that are the compositor's displays."""
+
+    CLIENT_MESSAGE = 33
+
+    class ClientMessage(ctypes.Structure):
+        _fields_ = [("type", ctypes.c_int), ("serial", ctypes.c_ulong), ("sent", ctypes.c_int),
+                    ("display", ctypes.c_void_p), ("window", ctypes.c_ulong),
+                    ("message", ctypes.c_ulong), ("format", ctypes.c_int),
+                    ("data", ctypes.c_long * 5), ("padding", ctypes.c_long * 12)]
+
+    def __init__(self, name):
+        self.x = ctypes.CDLL("libX11.so.6")
+        self.x.XOpenDisplay.restype = ctypes.c_void_p
+        self.x.XInternAtom.restype = self.x.XDefaultRootWindow.restype = ctypes.c_ulong
+        self.display = ctypes.c_void_p(self.x.XOpenDisplay(name.encode()))
+        # The compositor only looks them up, on a display where nobody has used them yet.
+        for atom in (b"WM_PROTOCOLS", b"WM_DELETE_WINDOW", b"_NET_WM_NAME", b"UTF8_STRING"):
+            self.atom(atom)
+
+    def close(self):
+        self.x.XCloseDisplay(self.display)
+
+    def atom(self, name):
+        return self.x.XInternAtom(self.display, name, 0)
+
+    def all(self):
+        """In the order in which they were made."""
+        root, parent, count = ctypes.c_ulong(), ctypes.c_ulong(), ctypes.c_uint()
+        children = ctypes.POINTER(ctypes.c_ulong)()
+        self.x.XQueryTree(self.display, ctypes.c_ulong(self.x.XDefaultRootWindow(self.display)),
+                          ctypes.byref(root), ctypes.byref(parent), ctypes.byref(children),
+                          ctypes.byref(count))
+        windows = children[:count.value]
+        self.x.XFree(children)
+        return windows
+
+    def place(self, window, x, y):
+        self.x.XMoveWindow(self.display, ctypes.c_ulong(window), x, y)
+        self.x.XSync(self.display, 0)
+
+    def ask_to_close(self, window):
+        event = self.ClientMessage(type=self.CLIENT_MESSAGE, window=window,
+                                   message=self.atom(b"WM_PROTOCOLS"), format=32,
+                                   data=(self.atom(b"WM_DELETE_WINDOW"), 0, 0, 0, 0))
+        self.x.XSendEvent(self.display, ctypes.c_ulong(window), 0, 0, ctypes.byref(event))
+        self.x.XSync(self.display, 0)
+
+
 class Compositor:
     """Two displays, the second twice as dense; a bar on each."""
 
     def __init__(self):
+        self.screen = live.VirtualDisplay("3200x1000")
+        self.xserver = Windows(self.screen.name)
         self.runtime = tempfile.mkdtemp()
         # It refuses to run as root.
         drop = []
@@ -70,10 +127,13 @@ class Compositor:
             [*drop, "sway", "--config", configuration], stdin=subprocess.DEVNULL, stdout=self.log,
             stderr=self.log, start_new_session=True, cwd=self.runtime,
             env={"PATH": os.environ["PATH"], "HOME": self.runtime, "XDG_RUNTIME_DIR": self.runtime,
-                 "WLR_BACKENDS": "headless", "WLR_LIBINPUT_NO_DEVICES": "1",
-                 "WLR_RENDERER": "pixman", "WLR_HEADLESS_OUTPUTS": "2"})
-        self.env = {"PATH": os.environ["PATH"], "XDG_RUNTIME_DIR": self.runtime}
+                 "DISPLAY": self.screen.name, "WLR_BACKENDS": "x11", "WLR_X11_OUTPUTS": "2",
+                 "WLR_RENDERER": "pixman"})
+        self.env = {"PATH": os.environ["PATH"], "XDG_RUNTIME_DIR": self.runtime,
+                    "DISPLAY": self.screen.name}
         self.wait(lambda: self._find_sockets(), "a compositor")
+        self.displays = dict(zip(("X11-1", "X11-2"), self.xserver.all()))
+        self.xserver.place(self.displays["X11-2"], 800, 0)
         self.wait(lambda: all(self.shot(name).share(lambda colour: colour == BAR) > 0.01
                               for name in self.outputs()), "a bar on each display")
 
@@ -104,6 +164,8 @@ class Compositor:
         self.kill()
         self.log.close()
         shutil.rmtree(self.runtime)
+        self.xserver.close()
+        self.screen.close()
 
     def kill(self):
         """As in a crash, with all that it has started."""
@@ -117,6 +179,22 @@ class Compositor:
 
     def command(self, *words):
         return self.run("swaymsg", "--", *words)
+
+    def plug_in(self):
+        """One more display, whose name this gives."""
+        before = set(self.outputs())
+        self.command("create_output")
+        output = (set(self.outputs()) - before).pop()
+        self.displays[output] = self.xserver.all()[-1]
+        return output
+
+    def unplug(self, output):
+        self.xserver.ask_to_close(self.displays.pop(output))
+        self.wait(lambda: output not in self.outputs(), f"the end of {output}")
+
+    def point_at(self, x, y):
+        """Moves the pointer; in pixels, the first display's from 0, the second one's from 800."""
+        self.run("xdotool", "mousemove", str(x), str(y))
 
     def outputs(self):
         """The names of the displays that are on."""

@@ -30,6 +30,9 @@ class LiveWayland(live.LiveCase):
         self.addCleanup(shutil.rmtree, runtime)
         self.env.update(WAYLAND_DISPLAY=self.compositor.name, XDG_RUNTIME_DIR=runtime,
                         XDG_SESSION_TYPE="wayland")
+        # The toolkit keeps what it made of the connection, and the graphics drivers that it loads
+        # for it keep some of what they allocate.
+        self.env["ASAN_OPTIONS"] = self.env.get("ASAN_OPTIONS", "") + ":detect_leaks=0"
 
     def is_covered(self, output):
         """A display that shows pictures on black, and nothing of the desktop."""
@@ -49,7 +52,7 @@ class LiveWayland(live.LiveCase):
     def cover(self, *words):
         """A saver that covers both displays."""
         saver = self.start(*words)
-        for output in ("HEADLESS-1", "HEADLESS-2"):
+        for output in ("X11-1", "X11-2"):
             self.wait_until(saver, lambda: self.is_covered(output), f"the saver on {output}")
         return saver
 
@@ -69,7 +72,7 @@ class LiveWayland(live.LiveCase):
         saver = self.cover()
         self.assertEqual(self.compositor.windows(), [])
         # In the second display's own pixels, not made larger by the compositor.
-        self.assertGreater(self.compositor.shot("HEADLESS-2").sharpest_edge(), 60)
+        self.assertGreater(self.compositor.shot("X11-2").sharpest_edge(), 60)
         saver.terminate()
         self.check_stopped(saver)
         self.check_uncovered()
@@ -82,8 +85,6 @@ class LiveWayland(live.LiveCase):
         self.check_uncovered()
 
     def test_shows_the_same_with_the_graphics_processor(self):
-        # Graphics drivers keep some of what they allocate.
-        self.env["ASAN_OPTIONS"] = self.env.get("ASAN_OPTIONS", "") + ":detect_leaks=0"
         saver = self.cover("--renderer", "gpu")
         saver.terminate()
         self.check_stopped(saver)
@@ -91,43 +92,44 @@ class LiveWayland(live.LiveCase):
     def test_ends_at_a_key(self):
         for words in ((), ("--no-layers",)):
             saver = self.cover(*words)
-            self.compositor.run("wtype", "a")
+            self.compositor.run("xdotool", "key", "a")
             self.check_stopped(saver)
 
     def test_ends_when_the_pointer_really_moves(self):
-        self.compositor.command("seat", "-", "cursor", "set", "300", "300")
-        saver = self.cover()
-        self.compositor.command("seat", "-", "cursor", "move", "2", "1")  # a jolt
-        self.assertTrue(self.is_covered("HEADLESS-1"))
-        for _ in range(3):
-            self.compositor.command("seat", "-", "cursor", "move", "30", "0")
-        self.check_stopped(saver)
+        for words in ((), ("--no-layers",)):
+            self.compositor.point_at(300, 300)
+            saver = self.cover(*words)
+            self.compositor.point_at(302, 301)  # a jolt
+            self.assertTrue(self.is_covered("X11-1"))
+            for x in (320, 350, 380):
+                self.compositor.point_at(x, 300)
+            self.check_stopped(saver)
 
     def test_ends_at_a_button(self):
-        self.compositor.command("seat", "-", "cursor", "set", "300", "300")
+        self.compositor.point_at(300, 300)
         saver = self.cover()
-        self.compositor.command("seat", "-", "cursor", "press", "button1")
+        self.compositor.run("xdotool", "click", "1")
         self.check_stopped(saver)
 
     def check_displays_come_and_go(self, *words):
         saver = self.cover(*words)
-        self.compositor.command("output", "HEADLESS-2", "disable")
+        self.compositor.unplug("X11-2")
         self.wait_until(saver, lambda: b"Screen 2 has gone" in saver.log, "the end of a view")
-        self.assertTrue(self.is_covered("HEADLESS-1"))
-        self.compositor.command("output", "HEADLESS-2", "enable")
-        self.wait_until(saver, lambda: self.is_covered("HEADLESS-2"), "the display that is back")
-        self.assertIn(b"Screen 2 is back", saver.log)
+        self.wait_until(saver, lambda: self.is_covered("X11-1"), "the first display as it was")
 
-        self.compositor.command("create_output")
-        self.wait_until(saver, lambda: "HEADLESS-3" in self.compositor.outputs()
-                        and self.is_covered("HEADLESS-3"), "a new display")
+        # Another takes its place.
+        new = self.compositor.plug_in()
+        self.wait_until(saver, lambda: self.is_covered(new), "a new display")
+        self.assertEqual(saver.log.count(b"screenIndex is 2."), 2)
+        another = self.compositor.plug_in()
+        self.wait_until(saver, lambda: self.is_covered(another), "a third display")
         self.assertIn(b"screenIndex is 3.", saver.log)
 
         for output in self.compositor.outputs():
-            self.compositor.command("output", output, "disable")
-        self.wait_until(saver, lambda: b"Screen 1 has gone" in saver.log, "the last display's end")
-        self.compositor.command("output", "HEADLESS-1", "enable")
-        self.wait_until(saver, lambda: self.is_covered("HEADLESS-1"), "the first display again")
+            self.compositor.unplug(output)
+        self.wait_until(saver, lambda: saver.log.count(b" has gone") == 4, "the last display's end")
+        last = self.compositor.plug_in()
+        self.wait_until(saver, lambda: self.is_covered(last), "a display again")
         saver.terminate()
         self.check_stopped(saver, screens=(1, 2, 3))
 
@@ -140,8 +142,8 @@ class LiveWayland(live.LiveCase):
     def test_follows_a_display_that_changes_its_size_and_scale(self):
         saver = self.cover()
         for words in (("resolution", "640x480"), ("scale", "2"), ("scale", "1.5")):
-            self.compositor.command("output", "HEADLESS-1", *words)
-            self.wait_until(saver, lambda: self.is_covered("HEADLESS-1"), " ".join(words))
+            self.compositor.command("output", "X11-1", *words)
+            self.wait_until(saver, lambda: self.is_covered("X11-1"), " ".join(words))
         saver.terminate()
         self.check_stopped(saver)
 
@@ -160,7 +162,7 @@ class LiveWayland(live.LiveCase):
     def test_ends_cleanly_when_it_is_asked_to(self):
         for number in (signal.SIGTERM, signal.SIGINT, signal.SIGHUP):
             saver = self.start()
-            self.wait_until(saver, lambda: self.is_covered("HEADLESS-1"), "a picture")
+            self.wait_until(saver, lambda: self.is_covered("X11-1"), "a picture")
             saver.send_signal(number)
             self.check_stopped(saver)
 
