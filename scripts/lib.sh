@@ -19,7 +19,7 @@ packages_run=(
 )
 packages_test=(
   at-spi2-core dbus exiv2 gir1.2-atspi-2.0 grim libgmock-dev libgtest-dev libgl1-mesa-dri mpv mpv-mpris
-  openbox python3 python3-gi sway tzdata util-linux vlc-bin vlc-plugin-base x11-xserver-utils
+  openbox python3 python3-gi sway tzdata vlc-bin vlc-plugin-base x11-xserver-utils
   xdotool xvfb
 )
 packages_check=(clang-format git python3)

@@ -17,16 +17,16 @@ import live
 
 LIMIT = 20  # seconds that anything may take
 NOBODY = 65534
-BAR = (255, 0, 255)  # the colour of the bar on each display
+BAR = (255, 0, 255)  # the colour of the bar at the lower edge of each display
+EMPTY = (63, 63, 63)  # the colour of a display that shows nothing
 
 CONFIGURATION = """
 output X11-1 resolution 800x600 position 0 0
 output X11-2 resolution 1200x900 scale 2 position 800 0
 bar {
-  position top
+  position bottom
   colors {
     background #ff00ff
-    statusline #ff00ff
   }
 }
 """
@@ -49,6 +49,21 @@ class Picture:
     def share(self, matches):
         """How much of it has a colour that matches, 0 to 1."""
         return sum(1 for colour in self.colours() if matches(colour)) / (self.width * self.height)
+
+    def at(self, x, y):
+        start = 3 * (x % self.width + y % self.height * self.width)
+        return tuple(self.data[start:start + 3])
+
+    def has_bar(self):
+        """Whether it reaches into the corner."""
+        return self.at(-1, -1) == BAR
+
+    def edges(self):
+        """The colours of the outermost pixels, edge by edge."""
+        for y in (0, -1):
+            yield [self.at(x, y) for x in range(self.width)]
+        for x in (0, -1):
+            yield [self.at(x, y) for y in range(self.height)]
 
     def sharpest_edge(self):
         """The largest step of brightness between neighbours in a row."""
@@ -134,8 +149,8 @@ class Compositor:
         self.wait(lambda: self._find_sockets(), "a compositor")
         self.displays = dict(zip(("X11-1", "X11-2"), self.xserver.all()))
         self.xserver.place(self.displays["X11-2"], 800, 0)
-        self.wait(lambda: all(self.shot(name).share(lambda colour: colour == BAR) > 0.01
-                              for name in self.outputs()), "a bar on each display")
+        self.wait(lambda: all(self.shot(name).has_bar() for name in self.outputs()),
+                  "a bar on each display")
 
     def _find_sockets(self):
         names = os.listdir(self.runtime)

@@ -23,28 +23,41 @@ DisplayCover::DisplayCover(ViewWindows& windows, QtDisplays& displays, Layers la
     : _windows(windows), _displays(displays) {
   wl_display* display = wayland::displayOfApplication();
   if (display && layers == Layers::wherePossible) _layers = wayland::LayerShell::find(display);
-  connect(qGuiApp, &QGuiApplication::screenAdded, this,
-          [this](QScreen* screen) { cover(*screen, _layers.get()); });
+  _later.setSingleShot(true);
+  connect(&_later, &QTimer::timeout, this, [this] { coverAll(); });
+  connect(qGuiApp, &QGuiApplication::screenAdded, this, [this] { coverLater(); });
   connect(qGuiApp, &QGuiApplication::screenRemoved, this, [this](QScreen* screen) {
     uncover(*screen);
-    _displays.update();
+    coverLater();
   });
-  for (QScreen* screen : QGuiApplication::screens()) cover(*screen, _layers.get());
+  coverAll();
   if (!_covered.empty()) _covered.begin()->second.window.requestActivate();
 }
 
 DisplayCover::~DisplayCover() = default;
 
-void DisplayCover::cover(QScreen& screen, const wayland::LayerShell* layers) {
-  connect(&screen, &QScreen::geometryChanged, this, [this] { _displays.update(); });
+/// A display that replaces another may be announced first: the other's place is free a moment
+/// later.
+void DisplayCover::coverLater() {
+  if (!_later.isActive()) _later.start(0);
+}
+
+void DisplayCover::coverAll() {
   _displays.update();
+  for (QScreen* screen : QGuiApplication::screens()) {
+    if (!_covered.contains(screen)) cover(*screen);
+  }
+}
+
+void DisplayCover::cover(QScreen& screen) {
   const auto display = _displays.displayOf(&screen);
-  if (!display || _covered.contains(&screen)) return;
+  if (!display) return;
+  connect(&screen, &QScreen::geometryChanged, this, [this] { _displays.update(); });
   QWindow& window =
       _windows.add({.frame = display->frame, .scale = display->scale, .display = display});
   _covered.emplace(&screen, Covered{window, std::make_unique<CoverWindow>(
-                                                window, screen, layers,
-                                                [this, &screen] { coverAgain(screen); })});
+                                                window, screen, _layers.get(),
+                                                [this, &screen] { windowClosed(screen); })});
 }
 
 void DisplayCover::uncover(QScreen& screen) {
@@ -56,12 +69,13 @@ void DisplayCover::uncover(QScreen& screen) {
   if (!_covered.empty()) _covered.begin()->second.window.requestActivate();
 }
 
-/// The window was taken away: mostly with its display, but if that stays an ordinary window will
-/// do.
-void DisplayCover::coverAgain(QScreen& screen) {
+/// Mostly its display has gone, and is reported so a moment later. Where it has not, the compositor
+/// does not want layers any more.
+void DisplayCover::windowClosed(QScreen& screen) {
   uncover(screen);
   QTimer::singleShot(kUntilDisplaysAreKnown, this, [this, key = &screen] {
-    if (QGuiApplication::screens().contains(key)) cover(*key, nullptr);
+    if (QGuiApplication::screens().contains(key)) _layers.reset();
+    coverLater();
   });
 }
 

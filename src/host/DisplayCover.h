@@ -6,6 +6,7 @@
 #include "wayland/LayerShell.h"
 
 #include <QObject>
+#include <QTimer>
 
 #include <map>
 #include <memory>
@@ -26,9 +27,11 @@ class DisplayCover : public QObject {
   ~DisplayCover() override;
 
  private:
-  void cover(QScreen& screen, const wayland::LayerShell* layers);
+  void coverLater();
+  void coverAll();
+  void cover(QScreen& screen);
   void uncover(QScreen& screen);
-  void coverAgain(QScreen& screen);
+  void windowClosed(QScreen& screen);
 
   struct Covered {
     QWindow& window;
@@ -38,6 +41,7 @@ class DisplayCover : public QObject {
   QtDisplays& _displays;
   std::unique_ptr<wayland::LayerShell> _layers;
   std::map<QScreen*, Covered> _covered;
+  QTimer _later;
 };
 
 }  // namespace pelmora::host
