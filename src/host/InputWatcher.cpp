@@ -13,8 +13,13 @@ namespace {
 constexpr double kRealMovement = 5;  // points
 }  // namespace
 
-InputWatcher::InputWatcher(Ends ends, std::function<void()> ended)
-    : _ends(ends), _ended(std::move(ended)) {}
+InputWatcher::InputWatcher(Ends ends, std::function<void()> ended,
+                           std::chrono::milliseconds untilSure)
+    : _ends(ends), _ended(std::move(ended)) {
+  _moved.setSingleShot(true);
+  _moved.setInterval(untilSure);
+  connect(&_moved, &QTimer::timeout, this, [this] { _ended(); });
+}
 
 bool InputWatcher::eventFilter(QObject* watched, QEvent* event) {
   if (isInput(watched, event)) _ended();
@@ -35,22 +40,26 @@ bool InputWatcher::isInput(QObject* watched, QEvent* event) {
     case QEvent::Close:
       return true;
     case QEvent::Enter:
-      return movedAway(watched, static_cast<QEnterEvent*>(event)->position());
+      pointerSeen(watched, static_cast<QEnterEvent*>(event)->position());
+      return false;
     case QEvent::MouseMove:
-      return movedAway(watched, static_cast<QMouseEvent*>(event)->position());
+      pointerSeen(watched, static_cast<QMouseEvent*>(event)->position());
+      return false;
     case QEvent::Move:
     case QEvent::Resize:
     case QEvent::Hide:
       _pointerAtFirst.erase(watched);
+      _moved.stop();
       return false;
     default:
       return false;
   }
 }
 
-bool InputWatcher::movedAway(QObject* watched, const QPointF& pointer) {
+void InputWatcher::pointerSeen(QObject* watched, const QPointF& pointer) {
   const QPointF first = _pointerAtFirst.emplace(watched, pointer).first->second;
-  return std::hypot(pointer.x() - first.x(), pointer.y() - first.y()) > kRealMovement;
+  const double moved = std::hypot(pointer.x() - first.x(), pointer.y() - first.y());
+  if (moved > kRealMovement && !_moved.isActive()) _moved.start();
 }
 
 }  // namespace pelmora::host

@@ -2,7 +2,9 @@
 
 #include <QObject>
 #include <QPointF>
+#include <QTimer>
 
+#include <chrono>
 #include <functional>
 #include <map>
 
@@ -18,15 +20,19 @@ class InputWatcher : public QObject {
   /// `any`: every key, click and movement counts; `escape`: the Escape key alone.
   enum class Ends { any, escape };
 
-  InputWatcher(Ends ends, std::function<void()> ended);
+  static constexpr std::chrono::milliseconds kUntilSure{150};
+
+  InputWatcher(Ends ends, std::function<void()> ended,
+               std::chrono::milliseconds untilSure = kUntilSure);
   [[nodiscard]] bool eventFilter(QObject* watched, QEvent* event) override;
 
  private:
   [[nodiscard]] bool isInput(QObject* watched, QEvent* event);
-  [[nodiscard]] bool movedAway(QObject* watched, const QPointF& pointer);
+  void pointerSeen(QObject* watched, const QPointF& pointer);
 
   const Ends _ends;
   std::function<void()> _ended;
+  QTimer _moved;
   std::map<QObject*, QPointF> _pointerAtFirst;  // by window, in its own points
 };
 

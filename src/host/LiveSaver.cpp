@@ -16,7 +16,7 @@ LiveSaver::LiveSaver(Renderer renderer, InputWatcher::Ends ends, bool verbose)
           _input),
       _connectionLoss([this] { _windows.end(); }) {}
 
-LiveSaver::~LiveSaver() = default;
+LiveSaver::~LiveSaver() { QGuiApplication::setQuitOnLastWindowClosed(true); }
 
 void LiveSaver::coverDisplays(DisplayCover::Layers layers) {
   // Displays go, and with them the last window perhaps, but the run goes on.

@@ -15,6 +15,7 @@
 #include "sources/SourceEntries.h"
 
 #include <atomic>
+#include <cstddef>
 #include <cstdint>
 #include <memory>
 #include <mutex>
@@ -193,6 +194,7 @@ class PMSourceList {
 
   FolderRecords _dirItems;                  // guarded by dirItemsLock
   std::vector<std::uint64_t> _weightsSums;  // guarded by weightsSumLock; grows with the displays
+  std::atomic<std::size_t> _numScreens;     // how many weights there are
   mutable std::mutex _sourcesMutex;         // guards the pointer
   SharedSourceEntries _sources = std::make_shared<const SourceEntries>();
 

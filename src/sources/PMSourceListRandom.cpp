@@ -56,14 +56,12 @@ void PMSourceList::computeWeight(std::uint64_t screenIndex) {
 
 /// There may be more displays than there were when the list was made.
 bool PMSourceList::knowsScreen(std::uint64_t screenIndex) {
-  {
-    const ReadGuard guard(weightsSumLock, _services.log);
-    if (screenIndex < _weightsSums.size()) return true;
-  }
+  if (screenIndex < _numScreens) return true;
   const std::size_t numDisplays = _services.displays.screens().size();
   if (screenIndex > numDisplays) return false;
   const WriteGuard guard(weightsSumLock);
   if (screenIndex >= _weightsSums.size()) _weightsSums.resize(numDisplays + 1);
+  _numScreens = _weightsSums.size();
   return true;
 }
 

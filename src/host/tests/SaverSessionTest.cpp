@@ -191,7 +191,7 @@ TEST_F(SaverSessionTest, goesOnWhenADisplayGoes) {
   EXPECT_EQ(presenters[0]->submitted, submitted);  // never used again
   EXPECT_EQ(session.view(1).images().size(), 2U);
   EXPECT_EQ(fakes.log.count("Pelmora: Saving folder cache."), 0U);
-  EXPECT_FALSE(session.view(1).sourceList()->sources().empty());
+  EXPECT_NE(session.view(1).sourceList()->getFolderAtIndex(0), nullptr);
 }
 
 TEST_F(SaverSessionTest, showsADisplayThatComesBackAsItWas) {

@@ -12,6 +12,8 @@ namespace pelmora::host {
 
 namespace {
 
+const ViewPlace kPlace{.frame = {{0, 0}, {320, 200}}, .display = std::nullopt};
+
 /// Counts the events of windows.
 class CountingFilter : public QObject {
  public:
@@ -51,8 +53,8 @@ class ViewWindowsTest : public CommandFixture {
 
 TEST_F(ViewWindowsTest, comeAndGoWhileTheRunLasts) {
   ViewWindows windows(Renderer::software, clock, displays, {}, input);
-  QWindow& first = windows.add({.frame = {{0, 0}, {320, 200}}});
-  QWindow& second = windows.add({.frame = {{0, 0}, {320, 200}}});
+  QWindow& first = windows.add(kPlace);
+  QWindow& second = windows.add(kPlace);
   first.show();
   second.show();
   EXPECT_EQ(QGuiApplication::topLevelWindows().size(), 2);
@@ -68,8 +70,8 @@ TEST_F(ViewWindowsTest, comeAndGoWhileTheRunLasts) {
 TEST_F(ViewWindowsTest, goAfterTheRunHasEnded) {
   {
     ViewWindows windows(Renderer::software, clock, displays, {}, input);
-    windows.remove(windows.add({.frame = {{0, 0}, {320, 200}}}));
-    windows.add({.frame = {{0, 0}, {320, 200}}}).show();
+    windows.remove(windows.add(kPlace));
+    windows.add(kPlace).show();
     windows.end();
   }
   EXPECT_TRUE(QGuiApplication::topLevelWindows().isEmpty());
