@@ -12,8 +12,6 @@ namespace pelmora::host {
 
 namespace {
 
-const ViewPlace kPlace{.frame = {{0, 0}, {320, 200}}, .display = std::nullopt};
-
 /// Counts the events of windows.
 class CountingFilter : public QObject {
  public:
@@ -29,6 +27,11 @@ class ViewWindowsTest : public CommandFixture {
   ViewWindowsTest() {
     home.mkdir("Pictures");
     home.write("Pictures/a.jpg", "no picture");
+  }
+
+  [[nodiscard]] ViewPlace place() const {
+    return {.frame = {{0, 0}, {320, 200}},
+            .display = displays.displayOf(QGuiApplication::primaryScreen())};
   }
 
   /// Handles events until there are so many windows.
@@ -53,8 +56,8 @@ class ViewWindowsTest : public CommandFixture {
 
 TEST_F(ViewWindowsTest, comeAndGoWhileTheRunLasts) {
   ViewWindows windows(Renderer::software, clock, displays, {}, input);
-  QWindow& first = windows.add(kPlace);
-  QWindow& second = windows.add(kPlace);
+  QWindow& first = windows.add(place());
+  QWindow& second = windows.add(place());
   first.show();
   second.show();
   EXPECT_EQ(QGuiApplication::topLevelWindows().size(), 2);
@@ -70,8 +73,8 @@ TEST_F(ViewWindowsTest, comeAndGoWhileTheRunLasts) {
 TEST_F(ViewWindowsTest, goAfterTheRunHasEnded) {
   {
     ViewWindows windows(Renderer::software, clock, displays, {}, input);
-    windows.remove(windows.add(kPlace));
-    windows.add(kPlace).show();
+    windows.remove(windows.add(place()));
+    windows.add(place()).show();
     windows.end();
   }
   EXPECT_TRUE(QGuiApplication::topLevelWindows().isEmpty());
