@@ -40,7 +40,8 @@ bool InputWatcher::isInput(QObject* watched, QEvent* event) {
     case QEvent::Close:
       return true;
     case QEvent::Enter:
-      pointerSeen(watched, static_cast<QEnterEvent*>(event)->position());
+      // The pointer may have been put there by the desktop, as when a display has gone.
+      _pointerAtFirst[watched] = static_cast<QEnterEvent*>(event)->position();
       return false;
     case QEvent::MouseMove:
       pointerSeen(watched, static_cast<QMouseEvent*>(event)->position());

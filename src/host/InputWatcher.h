@@ -11,10 +11,11 @@
 namespace pelmora::host {
 
 /// Tells real input from the noise that a new full-screen window gets: a key, a button, a wheel, a
-/// touch, or the pointer moved a few points away from where it was first seen in that window. When
-/// a window moves or changes its size under the pointer, that is seen anew. A window that the
-/// desktop is asked to close counts as input. Watches every window it is installed on as an event
-/// filter. Thread: GUI.
+/// touch, or the pointer moved a few points away from where it entered a window, or was first seen
+/// there. When a window moves or changes its size under the pointer, that is seen anew; as the
+/// pointer may be heard of first, a movement counts only a moment later. A window that the desktop
+/// asks to close counts as input. Watches every window it is installed on as an event filter.
+/// Thread: GUI.
 class InputWatcher : public QObject {
  public:
   /// `any`: every key, click and movement counts; `escape`: the Escape key alone.
