@@ -8,10 +8,10 @@ root=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
 # Debian's names. Those that only some releases have are taken where they exist.
 packages_core=(g++ cmake ninja-build pkg-config libicu-dev libsqlite3-dev)
 packages_qt=(
-  qt6-base-dev qt6-declarative-dev qt6-l10n-tools qt6-tools-dev qt6-tools-dev-tools libxcb1-dev
+  qt6-base-dev qt6-base-private-dev qt6-declarative-dev qt6-l10n-tools qt6-tools-dev qt6-tools-dev-tools libxcb1-dev
   libexif-dev libexiv2-dev libgdk-pixbuf-2.0-dev libheif-dev libjpeg62-turbo-dev libjxl-dev liblcms2-dev
-  libseccomp-dev libvips-dev libwayland-dev libxcb-screensaver0-dev plasma-wayland-protocols
-  wayland-protocols
+  libseccomp-dev libvips-dev libwayland-bin libwayland-dev libxcb-screensaver0-dev
+  plasma-wayland-protocols wayland-protocols
 )
 packages_run=(
   qt6-wayland
@@ -19,7 +19,7 @@ packages_run=(
   fonts-dkg-handwriting fonts-sjfonts fonts-tlwg-purisa-ttf fonts-kaushanscript fonts-kristi
 )
 packages_test=(
-  appstream at-spi2-core dbus desktop-file-utils exiv2 fish gir1.2-atspi-2.0 libgl1-mesa-dri
+  appstream at-spi2-core dbus desktop-file-utils exiv2 fish gir1.2-atspi-2.0 grim libgl1-mesa-dri
   libgmock-dev libgtest-dev man-db mate-screensaver mpv mpv-mpris openbox python3 python3-gi sway
   tzdata vlc-bin vlc-plugin-base x11-xserver-utils xdotool xscreensaver xscreensaver-data xvfb zsh
 )

@@ -69,10 +69,8 @@ class LiveCase(unittest.TestCase):
     def setUp(self):
         self.home = tempfile.mkdtemp()
         self.addCleanup(shutil.rmtree, self.home)
-        self.display = VirtualDisplay(self.screen)
-        self.addCleanup(self.display.close)
-        self.env = {"PATH": os.environ["PATH"], "HOME": self.home, "DISPLAY": self.display.name,
-                    "TZ": "UTC", "QT_QPA_PLATFORM": "xcb"}
+        self.env = {"PATH": os.environ["PATH"], "HOME": self.home, "TZ": "UTC"}
+        self.open_display()
         for name in ("ASAN_OPTIONS", "UBSAN_OPTIONS", "LSAN_OPTIONS", "TSAN_OPTIONS"):
             if name in os.environ:
                 self.env[name] = os.environ[name]
@@ -83,6 +81,12 @@ class LiveCase(unittest.TestCase):
                 file.write(pngfile.encode(60, 40, (200, 20 * number, 90)))
         self.run_tool("sources", "add", pictures)
         self.run_tool("defaults", "write", "Delay", "0.5")
+
+    def open_display(self):
+        """Starts what the saver is shown on, and names it in the environment."""
+        self.display = VirtualDisplay(self.screen)
+        self.addCleanup(self.display.close)
+        self.env.update(DISPLAY=self.display.name, QT_QPA_PLATFORM="xcb")
 
     def run_tool(self, *words):
         subprocess.run([self.program, *words], env=self.env, check=True, timeout=LIMIT)

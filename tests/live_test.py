@@ -28,6 +28,51 @@ class Live(live.LiveCase):
             self.assertTrue(os.path.exists(os.path.join(caches, name)), name)
         self.assertIn(b"Pelmora: Stopping animation for screen 2", saver.log)
 
+    def monitor(self, *words):
+        subprocess.run(["xrandr", *words], env=self.env, check=True, timeout=live.LIMIT,
+                       stdout=subprocess.DEVNULL)
+
+    def wait_for_pictures(self, saver, *places):
+        for x in places:
+            self.wait_until(saver, lambda: self.display.lit(x, 0, 800, 600) > 0.1,
+                            f"a picture at x = {x}")
+
+    def test_follows_displays_that_come_and_go(self):
+        self.make_two_monitors()
+        saver = self.start()
+        self.wait_for_pictures(saver, 0, 800)
+        self.monitor("--delmonitor", "right")
+        self.wait_until(saver, lambda: b"Screen 2 has gone" in saver.log, "the end of a view")
+        self.wait_until(saver, lambda: self.display.lit(800, 0, 800, 600) < 0.001, "a free display")
+        self.assertGreater(self.display.lit(0, 0, 800, 600), 0.1)
+        self.monitor("--setmonitor", "right", "800/210x600/160+800+0", "none")
+        self.wait_for_pictures(saver, 800)
+        self.wait_until(saver, lambda: b"Screen 2 is back" in saver.log, "the same view")
+        # Another display takes the place of the one that goes, at another size.
+        self.monitor("--delmonitor", "right")
+        self.monitor("--setmonitor", "other", "600/160x400/110+900+100", "none")
+        self.wait_until(saver, lambda: self.display.lit(900, 100, 600, 400) > 0.1, "a new display")
+        self.wait_until(saver, lambda: saver.log.count(b"screenIndex is 2.") == 2, "its number")
+        self.assertLess(self.display.lit(800, 0, 100, 600), 0.001)
+        saver.terminate()
+        self.assertEqual(self.finish(saver), 0)
+
+    def test_covers_displays_when_the_toolkit_scales(self):
+        self.env["QT_SCALE_FACTOR"] = "1.5"
+        self.make_two_monitors()
+        saver = self.start()
+        self.wait_for_pictures(saver, 0, 800)
+        saver.terminate()
+        self.assertEqual(self.finish(saver), 0)
+
+    def test_ends_in_order_when_the_x_server_dies(self):
+        saver = self.start()
+        self.wait_until(saver, lambda: self.display.lit(0, 0, 1600, 600) > 0.05, "a picture")
+        self.display.server.kill()
+        self.assertEqual(self.finish(saver), 1)
+        self.assertIn(b"the display has gone", saver.log)
+        self.assertIn(b"Pelmora: View was removed from window for screen 1", saver.log)
+
     def test_ends_when_the_pointer_really_moves(self):
         saver = self.start()
         self.wait_until(saver, lambda: self.display.lit(0, 0, 1600, 600) > 0.05, "a picture")

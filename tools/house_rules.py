@@ -11,6 +11,7 @@ BELOW = {
     "platform": ["shared"],
     "desktop": ["platform", "shared"],
     "idle": ["desktop", "platform", "shared"],
+    "wayland": [],
     "render": ["platform", "shared"],
     "cache": ["platform", "shared"],
     "sandbox": ["platform", "shared"],
@@ -23,7 +24,7 @@ BELOW = {
     "view": ["sources", "cards", "nowplaying", "render", "cache", "platform", "shared"],
 }
 BELOW["config"] = ["view", "filtereditor"] + BELOW["view"]
-BELOW["host"] = ["config", "view", "idle", "desktop"] + BELOW["view"]
+BELOW["host"] = ["config", "view", "idle", "desktop", "wayland"] + BELOW["view"]
 
 WITHOUT_QT = ("src/shared/", "src/platform/", "src/cache/", "src/sources/")
 MAY_USE_QT = ("src/platform/linux/",)

@@ -16,7 +16,7 @@ _pelmora_options() {
     check) echo --size --out --help ;;
     match) echo -0 --help ;;
     sources) echo --chance --days --screens --disabled --help ;;
-    '') echo --root --window-id --renderer --verbose --help --version ;;
+    '') echo --root --window-id --no-layers --renderer --verbose --help --version ;;
   esac
 }
 

@@ -17,6 +17,7 @@ complete -c pelmora -n $first -a match -d 'List the files that a filter admits'
 complete -c pelmora -n $first -a sources -d 'List, add and remove picture folders'
 complete -c pelmora -n $first -l version -d 'Show the version'
 complete -c pelmora -n $first -l root -d 'Draw for a saver host'
+complete -c pelmora -n $first -l no-layers -d 'On Wayland, use ordinary full-screen windows'
 complete -c pelmora -n $first -l window-id -x -d 'Draw in this window of the X server'
 
 complete -c pelmora -l help -d 'Show the options'

@@ -38,6 +38,7 @@ void printHelp() {
       "                          XSCREENSAVER_WINDOW, else on the root window\n"
       "  --window-id N           draw in this window of the X server\n"
       "  --renderer NAME         auto, gpu or software (default auto)\n"
+      "  --no-layers             on Wayland, use ordinary full-screen windows\n"
       "  --verbose               write the log to standard error too\n"
       "  --help                  show this help\n"
       "  --version               show the version");

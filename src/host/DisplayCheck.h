@@ -4,13 +4,18 @@
 
 namespace pelmora::host {
 
-/// Whether windows can be opened: a Wayland compositor or an X server answers. Asked before Qt is
-/// started, which would abort the process otherwise. The error is for the user.
+/// Whether windows can be opened: of the Wayland compositor and the X server that Qt would turn to,
+/// one answers. Asked before Qt is started, which would abort the process otherwise. The error is
+/// for the user.
 [[nodiscard]] Status checkDisplay();
 
 /// Whether the X server of the environment answers.
 [[nodiscard]] bool xServerAnswers();
 /// Whether the Wayland compositor of the environment answers.
 [[nodiscard]] bool compositorAnswers();
+/// Makes Qt turn to the session's Wayland compositor, if there is one, unless the user has named a
+/// platform. On some desktops Qt goes through X by itself, where scaled displays are blurred. Asked
+/// before Qt is started, and before other threads are.
+void preferWayland();
 
 }  // namespace pelmora::host

@@ -169,5 +169,4 @@ void LinuxServices::giveUpWaiting() {
 
 const platform::Services& LinuxServices::services() const { return _parts->services; }
 
-
 }  // namespace pelmora::host

@@ -2,7 +2,6 @@
 
 #include "host/EndingLimit.h"
 #include "host/EndingSignals.h"
-#include "host/ExitWork.h"
 
 #include <QGuiApplication>
 #include <QScreen>
@@ -18,59 +17,37 @@ namespace {
 /// More random numbers than a card takes, and no multiple of what it takes.
 constexpr unsigned kDrawsApart = 997;
 
-/// Without its server the toolkit cannot even be ended in an orderly way.
-void endWith(ForeignWindow::State state) {
-  if (state == ForeignWindow::State::destroyed) return QGuiApplication::quit();
-  std::fputs("pelmora: the X server has gone away\n", stderr);
-  std::exit(EXIT_FAILURE);
-}
-
 }  // namespace
 
 LiveSaver::LiveSaver(Renderer renderer, InputWatcher::Ends ends, bool verbose)
-    : _renderer(renderer), _verbose(verbose), _input(ends, [] { QGuiApplication::quit(); }) {}
+    : _input(ends, [] { QGuiApplication::quit(); }),
+      _windows(
+          renderer, _clock, _displays,
+          ServiceChoices{.verbose = verbose, .samplesWhenNoPictures = true, .sessionBus = true},
+          _input),
+      _connectionLoss([this] { windowSystemGone(); }) {}
 
-LiveSaver::~LiveSaver() = default;
+LiveSaver::~LiveSaver() { QGuiApplication::setQuitOnLastWindowClosed(true); }
 
-render::PresenterWindow& LiveSaver::addWindow(ViewPlace place) {
-  _windows.push_back(makePresenterWindow(_renderer, _clock));
-  render::PresenterWindow& presenter = *_windows.back();
-  place.presenter = &presenter;
-  presenter.window().installEventFilter(&_input);
-  presenter.window().setTitle("Pelmora");
-  _places.push_back(place);
-  return presenter;
-}
-
-void LiveSaver::coverDisplays() {
-  for (QScreen* screen : QGuiApplication::screens()) {
-    const auto display = _displays.displayOf(screen);
-    if (!display) continue;
-    QWindow& window =
-        addWindow({.frame = display->frame, .scale = display->scale, .display = display}).window();
-    window.setScreen(screen);
-    // A Wayland compositor names no size at first: the screen's is right until it does.
-    window.setGeometry(screen->geometry());
-    window.setFlags(Qt::Window | Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint);
-    window.setCursor(Qt::BlankCursor);
-    window.showFullScreen();
-  }
-  if (!_windows.empty()) _windows.front()->window().requestActivate();
+void LiveSaver::coverDisplays(DisplayCover::Layers layers) {
+  // Displays go, and with them the last window perhaps, but the run goes on.
+  QGuiApplication::setQuitOnLastWindowClosed(false);
+  _cover = std::make_unique<DisplayCover>(_windows, _displays, layers);
 }
 
 void LiveSaver::openWindow(const Size& size, bool isPreview) {
   QScreen* screen = QGuiApplication::primaryScreen();
-  QWindow& window = addWindow({.frame = {{0, 0}, size},
-                               .scale = screen ? screen->devicePixelRatio() : 1,
-                               .display = screen ? _displays.displayOf(screen) : std::nullopt,
-                               .isPreview = isPreview})
-                        .window();
+  QWindow& window = _windows.add({.frame = {{0, 0}, size},
+                                  .scale = screen ? screen->devicePixelRatio() : 1,
+                                  .display = screen ? _displays.displayOf(screen) : std::nullopt,
+                                  .isPreview = isPreview});
   window.resize(static_cast<int>(size.width), static_cast<int>(size.height));
   window.show();
 }
 
 void LiveSaver::drawInto(std::unique_ptr<ForeignWindow> window) {
-  _hostWindow = std::make_unique<HostWindow>(std::move(window), endWith);
+  _hostWindow = std::make_unique<HostWindow>(
+      std::move(window), [this](ForeignWindow::State state) { hostWindowEnded(state); });
   const QScreen* screen = _hostWindow->screen();
   const auto display = screen ? _displays.displayOf(screen) : std::nullopt;
   const Point origin = display ? display->frame.origin : Point{};
@@ -78,12 +55,11 @@ void LiveSaver::drawInto(std::unique_ptr<ForeignWindow> window) {
   // seeded with: the displays would all show the same.
   const qsizetype position = QGuiApplication::screens().indexOf(screen);
   const unsigned skippedDraws = position > 0 ? kDrawsApart * static_cast<unsigned>(position) : 0;
-  _hostWindow->adopt(addWindow({.frame = {origin, _hostWindow->size()},
-                                .scale = display ? display->scale : 1,
-                                .display = display,
-                                .isPreview = _hostWindow->isPreview(),
-                                .skippedDraws = skippedDraws})
-                         .window());
+  _hostWindow->adopt(_windows.add({.frame = {origin, _hostWindow->size()},
+                                   .scale = display ? display->scale : 1,
+                                   .display = display,
+                                   .isPreview = _hostWindow->isPreview(),
+                                   .skippedDraws = skippedDraws}));
 }
 
 void LiveSaver::drawOnRoot() {
@@ -91,7 +67,7 @@ void LiveSaver::drawOnRoot() {
     const auto display = _displays.displayOf(screen);
     if (!display) continue;
     QWindow& window =
-        addWindow({.frame = display->frame, .scale = display->scale, .display = display}).window();
+        _windows.add({.frame = display->frame, .scale = display->scale, .display = display});
     window.setScreen(screen);
     window.setGeometry(screen->geometry());
     window.setFlags(Qt::Window | Qt::FramelessWindowHint | Qt::BypassWindowManagerHint |
@@ -101,33 +77,27 @@ void LiveSaver::drawOnRoot() {
   }
 }
 
-void LiveSaver::followSize(std::size_t index) {
-  QWindow& window = _windows[index]->window();
-  const auto resized = [this, index, &window] {
-    if (_module) {
-      _module->resize(index,
-                      {static_cast<double>(window.width()), static_cast<double>(window.height())},
-                      window.devicePixelRatio());
-    }
-  };
-  QObject::connect(&window, &QWindow::widthChanged, &_input, resized);
-  QObject::connect(&window, &QWindow::heightChanged, &_input, resized);
-  QObject::connect(&window, &QWindow::screenChanged, &_input, resized);
-  resized();  // since the window was shown it may have changed already
+/// The process is about to end, whatever becomes of this.
+void LiveSaver::windowSystemGone() {
+  const EndingLimit limit;
+  _windows.end();
+}
+
+/// Without its server the toolkit cannot even be ended in an orderly way.
+void LiveSaver::hostWindowEnded(ForeignWindow::State state) {
+  if (state == ForeignWindow::State::destroyed) return QGuiApplication::quit();
+  std::fputs("pelmora: the X server has gone away\n", stderr);
+  windowSystemGone();
+  std::_Exit(EXIT_FAILURE);
 }
 
 int LiveSaver::exec() {
   const EndingSignals endingSignals([] { QGuiApplication::quit(); });
-  _module = std::make_unique<ModuleThread>(
-      _clock, _displays,
-      ServiceChoices{.verbose = _verbose, .samplesWhenNoPictures = true, .sessionBus = true},
-      _places);
-  const ExitWork stopWork([this] { _module.reset(); });
-  for (std::size_t i = 0; i < _windows.size(); ++i) followSize(i);
   const int status = QGuiApplication::exec();
   const EndingLimit limit;
-  for (const auto& presenter : _windows) presenter->window().hide();
-  _module.reset();
+  _cover.reset();
+  _windows.hide();
+  _windows.end();
   return status;
 }
 

@@ -1,27 +1,28 @@
 #pragma once
 
+#include "host/ConnectionLoss.h"
+#include "host/DisplayCover.h"
 #include "host/HostWindow.h"
 #include "host/InputWatcher.h"
-#include "host/ModuleThread.h"
 #include "host/QtDisplays.h"
 #include "host/Renderer.h"
+#include "host/ViewWindows.h"
 #include "platform/linux/SystemClock.h"
-#include "render/PresenterWindow.h"
 
 #include <memory>
-#include <vector>
 
 namespace pelmora::host {
 
 /// The saver on a desktop: windows that present on the GUI thread, and the module on a thread of
-/// its own. Made after the QGuiApplication; `exec` returns when the run is over. Thread: GUI.
+/// its own. Made after the QGuiApplication; `exec` returns when the run is over. When the window
+/// system goes away the views are stopped, and the process ends. Thread: GUI.
 class LiveSaver {
  public:
   LiveSaver(Renderer renderer, InputWatcher::Ends ends, bool verbose);
   ~LiveSaver();
 
-  /// A full-screen window without a pointer on every display.
-  void coverDisplays();
+  /// A full-screen window without a pointer on every display that there is, or will be.
+  void coverDisplays(DisplayCover::Layers layers = DisplayCover::Layers::wherePossible);
   /// One ordinary window; its view runs as the first display's, or as the preview.
   void openWindow(const Size& size, bool isPreview);
   /// A window that covers another program's, as that display's view or as the preview.
@@ -34,18 +35,16 @@ class LiveSaver {
   int exec();
 
  private:
-  render::PresenterWindow& addWindow(ViewPlace place);
-  void followSize(std::size_t index);
+  void windowSystemGone();
+  void hostWindowEnded(ForeignWindow::State state);
 
-  const Renderer _renderer;
-  const bool _verbose;
   platform::SystemClock _clock;
   QtDisplays _displays;
   InputWatcher _input;
   std::unique_ptr<HostWindow> _hostWindow;
-  std::vector<std::unique_ptr<render::PresenterWindow>> _windows;
-  std::vector<ViewPlace> _places;
-  std::unique_ptr<ModuleThread> _module;  // ends before the windows go
+  ViewWindows _windows;
+  ConnectionLoss _connectionLoss;
+  std::unique_ptr<DisplayCover> _cover;
 };
 
 }  // namespace pelmora::host

@@ -7,26 +7,26 @@
 namespace pelmora::host {
 
 ModuleThread::ModuleThread(platform::Clock& clock, platform::Displays& displays,
-                           ServiceChoices choices, std::vector<ViewPlace> places)
-    : _choices(choices), _places(std::move(places)), _scheduler(clock) {
+                           ServiceChoices choices)
+    : _choices(choices), _scheduler(clock) {
   _choices.clock = &clock;
   _choices.displays = &displays;
   _choices.scheduler = &_scheduler;
-  // Before anyone can say that a window has changed: what is said is then heard by views.
-  _scheduler.post([this] {
-    _session->start(_places);
-    _session->startFrames();
-  });
+  _scheduler.post([this] { _session->startFrames(); });
   _thread = std::thread([this] { run(); });
 }
 
-ModuleThread::~ModuleThread() {
-  _scheduler.stop();
-  {
-    const std::lock_guard lock(_mutex);
-    if (_services != nullptr) _services->giveUpWaiting();
-  }
-  _thread.join();
+ModuleThread::~ModuleThread() { end(); }
+
+void ModuleThread::end() {
+  std::call_once(_ended, [this] {
+    _scheduler.stop();
+    {
+      const std::lock_guard lock(_mutex);
+      if (_services != nullptr) _services->giveUpWaiting();
+    }
+    _thread.join();
+  });
 }
 
 void ModuleThread::run() {
@@ -45,10 +45,20 @@ void ModuleThread::run() {
   lend(nullptr);
 }
 
-void ModuleThread::resize(std::size_t view, const Size& size, double scale) {
-  _scheduler.post([this, view, size, scale] {
-    if (view < _session->viewCount()) _session->resize(view, size, scale);
+std::size_t ModuleThread::addView(ViewPlace place) {
+  _scheduler.post([this, place = std::move(place)] { _session->addView(place); });
+  return _nextView++;  // as the session counts
+}
+
+void ModuleThread::removeView(std::size_t view, std::function<void()> released) {
+  _scheduler.post([this, view, released = std::move(released)] {
+    _session->removeView(view);
+    released();
   });
+}
+
+void ModuleThread::resize(std::size_t view, const Size& size, double scale) {
+  _scheduler.post([this, view, size, scale] { _session->resize(view, size, scale); });
 }
 
 }  // namespace pelmora::host

@@ -1,5 +1,6 @@
 #include "host/QtDisplays.h"
 
+#include <qpa/qplatformscreen.h>
 #include <QGuiApplication>
 #include <QScreen>
 
@@ -7,7 +8,14 @@ namespace pelmora::host {
 
 namespace {
 
-std::uint64_t idOf(const QScreen* screen) { return reinterpret_cast<std::uintptr_t>(screen); }
+/// Those that there are.
+std::vector<const QScreen*> connectedScreens() {
+  std::vector<const QScreen*> connected;
+  for (const QScreen* screen : QGuiApplication::screens()) {
+    if (screen->handle() && !screen->handle()->isPlaceholder()) connected.push_back(screen);
+  }
+  return connected;
+}
 
 Rect geometryOf(const QScreen* screen) {
   const QRect rect = screen->geometry();
@@ -31,16 +39,22 @@ std::vector<Rect> flipped(const std::vector<Rect>& geometries) {
 QtDisplays::QtDisplays() { update(); }
 
 void QtDisplays::update() {
-  const QList<QScreen*> screens = QGuiApplication::screens();
+  const std::vector<const QScreen*> connected = connectedScreens();
   std::vector<Rect> geometries;
-  for (const QScreen* screen : screens) geometries.push_back(geometryOf(screen));
+  std::vector<DisplayPlaces::Screen> names;
+  for (const QScreen* screen : connected) {
+    geometries.push_back(geometryOf(screen));
+    names.push_back({screen, screen->name().toStdString()});
+  }
   const std::vector<Rect> frames = flipped(geometries);
   const std::lock_guard lock(_mutex);
-  _screens.clear();
-  for (qsizetype i = 0; i < screens.size(); ++i) {
-    const QScreen* screen = screens[i];
-    _screens.push_back({idOf(screen), screen->name().toStdString(),
-                        frames[static_cast<std::size_t>(i)], screen->devicePixelRatio()});
+  _places.update(names);
+  _screens.resize(_places.places().size());
+  for (std::size_t i = 0; i < _screens.size(); ++i) {
+    const DisplayPlaces::Place& place = _places.places()[i];
+    if (!place.screen) continue;  // it stays in the list as it was
+    _screens[i] = {place.id, place.name, frames[*place.screen],
+                   connected[*place.screen]->devicePixelRatio()};
   }
 }
 
@@ -51,8 +65,9 @@ std::vector<platform::Display> QtDisplays::screens() const {
 
 std::optional<platform::Display> QtDisplays::displayOf(const QScreen* screen) const {
   const std::lock_guard lock(_mutex);
-  for (const platform::Display& display : _screens) {
-    if (display.id == idOf(screen)) return display;
+  const std::vector<DisplayPlaces::Place>& places = _places.places();
+  for (std::size_t i = 0; i < places.size(); ++i) {
+    if (places[i].screen && places[i].handle == screen) return _screens[i];
   }
   return std::nullopt;
 }

@@ -5,6 +5,7 @@
 #include "host/Options.h"
 #include "host/ParseValues.h"
 #include "host/WindowChoice.h"
+#include "wayland/QtHandles.h"
 
 #include <QGuiApplication>
 #include <QIcon>
@@ -20,6 +21,7 @@ constexpr Option kSaverOptions[] = {
     {"root", nullptr, "draw for a saver host"},
     {"window-id", "N", "draw in this window of the X server"},
     {"renderer", "NAME", "auto, gpu or software (default auto)"},
+    {"no-layers", nullptr, "on Wayland, use ordinary full-screen windows"},
     {"verbose", nullptr, "write the log to standard error too"},
 };
 
@@ -77,6 +79,7 @@ ExitStatus runLive(const char* command, const Arguments& arguments, InputWatcher
   blockEndingSignals();
   // A saver is no part of a session that is to be restored.
   QCoreApplication::setAttribute(Qt::AA_DisableSessionManager);
+  wayland::allowBareSurfaces();
   int count = 1;
   char program[] = "pelmora";
   char* words[] = {program, nullptr};
@@ -126,8 +129,11 @@ ExitStatus runSaver(std::span<char*> words) {
   if (!choice) return badUsage("", choice.error().message);
   if (!choice->note.empty()) note("", choice->note);
   if (choice->place != WindowChoice::Place::displays) return runInWindow(*arguments, *choice);
+  const auto layers = arguments->has("no-layers") ? DisplayCover::Layers::never
+                                                  : DisplayCover::Layers::wherePossible;
+  preferWayland();
   return runLive("", *arguments, InputWatcher::Ends::any,
-                 [](LiveSaver& saver) { saver.coverDisplays(); });
+                 [layers](LiveSaver& saver) { saver.coverDisplays(layers); });
 }
 
 Status checkSaverWords(std::span<char*> words) {

@@ -8,6 +8,7 @@
 #include "view/PelmoraView.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace pelmora::host {
 
@@ -33,11 +34,19 @@ struct SaverSession::ViewRun {
       : window(place.display),
         view(std::make_unique<view::PelmoraView>(services, place.frame, place.isPreview)),
         layers(services.clock, services.scheduler, view->sharedLayer()) {
-    view->setBackingScaleFactor(place.scale);
-    layers.setScale(place.scale);
-    layers.setPresenter(place.presenter);
+    show(place);
     // The view has seeded them.
     for (unsigned i = 0; i < place.skippedDraws; ++i) static_cast<void>(randomDoubleBetween(0, 1));
+  }
+
+  void show(const ViewPlace& place) {
+    layers.setPresenter(place.presenter);
+    setScale(place.scale);
+  }
+
+  void setScale(double scale) {
+    view->setBackingScaleFactor(scale);
+    layers.setScale(scale);
   }
 
   PlaceWindow window;
@@ -54,19 +63,65 @@ SaverSession::~SaverSession() {
 }
 
 void SaverSession::start(const std::vector<ViewPlace>& places) {
-  for (const ViewPlace& place : places) {
-    _runs.push_back(std::make_unique<ViewRun>(_services, place));
-    ViewRun& run = *_runs.back();
-    run.view->viewWillMoveToWindow(&run.window);
-    // In its window a view's frame is the window's content, whose origin is zero.
-    run.view->setFrame({{0, 0}, place.frame.size});
-    run.view->viewDidMoveToWindow();
-    run.view->startAnimation();
+  for (const ViewPlace& place : places) addView(place);
+}
+
+std::size_t SaverSession::addView(const ViewPlace& place) {
+  std::unique_ptr<ViewRun> run = takeAsleep(place);
+  if (!run) run = makeRun(place);
+  view::PelmoraView& view = *run->view;
+  _runs.emplace(_nextNumber, std::move(run));
+  if (_hasFrames) {
+    startFrameTimer();
+    if (view.isAnimating()) view.animateOneFrame();
   }
+  return _nextNumber++;
+}
+
+std::unique_ptr<SaverSession::ViewRun> SaverSession::makeRun(const ViewPlace& place) const {
+  auto run = std::make_unique<ViewRun>(_services, place);
+  run->view->viewWillMoveToWindow(&run->window);
+  // In its window a view's frame is the window's content, whose origin is zero.
+  run->view->setFrame({{0, 0}, place.frame.size});
+  run->view->viewDidMoveToWindow();
+  run->view->startAnimation();
+  return run;
+}
+
+std::unique_ptr<SaverSession::ViewRun> SaverSession::takeAsleep(const ViewPlace& place) {
+  if (!place.display) return nullptr;
+  const auto found = std::find_if(_asleep.begin(), _asleep.end(), [&place](const auto& run) {
+    return run->window.screen()->id == place.display->id;
+  });
+  if (found == _asleep.end()) return nullptr;
+  std::unique_ptr<ViewRun> run = std::move(*found);
+  _asleep.erase(found);
+  run->view->setFrame({{0, 0}, place.frame.size});
+  run->show(place);
+  _services.log.print("Pelmora: Screen %lu is back.", run->view->screenIndex());
+  return run;
+}
+
+void SaverSession::removeView(std::size_t view) {
+  auto node = _runs.extract(view);
+  if (node.empty()) return;
+  std::unique_ptr<ViewRun> run = std::move(node.mapped());
+  run->layers.setPresenter(nullptr);
+  _services.log.print("Pelmora: Screen %lu has gone.", run->view->screenIndex());
+  // One that has no display cannot be asked for again.
+  if (run->window.screen()) {
+    _asleep.push_back(std::move(run));
+    if (_asleep.size() <= kMostAsleep) return;
+    run = std::move(_asleep.front());
+    _asleep.erase(_asleep.begin());
+  }
+  std::vector<std::unique_ptr<ViewRun>> ended;
+  ended.push_back(std::move(run));
+  stopRuns(ended);
 }
 
 void SaverSession::startFrames() {
-  if (_runs.empty()) return;
+  _hasFrames = true;
   _firstFolder = _services.notifications.addObserver(
       "FirstFolderAdded",
       [this, &services = _services, alive = std::weak_ptr<bool>(_alive)](const auto&) {
@@ -74,19 +129,25 @@ void SaverSession::startFrames() {
           if (alive.lock()) showFirstFolder();
         });
       });
-  _frameTimer = _services.scheduler.every(_runs.front()->view->animationTimeInterval(),
-                                          [this] { animateOneFrame(); });
+  if (_runs.empty()) return;
+  startFrameTimer();
   animateOneFrame();
 }
 
-view::PelmoraView& SaverSession::view(std::size_t index) const { return *_runs.at(index)->view; }
+void SaverSession::startFrameTimer() {
+  if (_frameTimer) return;
+  _frameTimer = _services.scheduler.every(_runs.begin()->second->view->animationTimeInterval(),
+                                          [this] { animateOneFrame(); });
+}
+
+view::PelmoraView& SaverSession::view(std::size_t number) const { return *_runs.at(number)->view; }
 
 void SaverSession::showFirstFolder() {
   if (_frameTimer && !isAnyShown()) animateOneFrame();
 }
 
 void SaverSession::animateOneFrame() {
-  for (const auto& run : _runs) {
+  for (const auto& [number, run] : _runs) {
     if (run->view->isAnimating()) run->view->animateOneFrame();
   }
   if (_isAnyShown || !isAnyShown()) return;
@@ -96,36 +157,46 @@ void SaverSession::animateOneFrame() {
 
 bool SaverSession::isAnyShown() const {
   return std::any_of(_runs.begin(), _runs.end(),
-                     [](const auto& run) { return !run->view->images().empty(); });
+                     [](const auto& pair) { return !pair.second->view->images().empty(); });
 }
 
 void SaverSession::commit() {
-  for (const auto& run : _runs) run->layers.commit();
+  for (const auto& [number, run] : _runs) run->layers.commit();
 }
 
 void SaverSession::resize(std::size_t view, const Size& size, double scale) {
-  ViewRun& run = *_runs.at(view);
-  run.view->setFrame({{0, 0}, size});
-  run.view->setBackingScaleFactor(scale);
-  run.layers.setScale(scale);
+  const auto found = _runs.find(view);
+  if (found == _runs.end()) return;
+  found->second->view->setFrame({{0, 0}, size});
+  found->second->setScale(scale);
 }
 
 void SaverSession::restart() {
-  for (const auto& run : _runs) run->view->stopAnimation();
-  for (const auto& run : _runs) run->view->startAnimation();
+  stopRuns(std::exchange(_asleep, {}));
+  for (const auto& [number, run] : _runs) run->view->stopAnimation();
+  for (const auto& [number, run] : _runs) run->view->startAnimation();
 }
 
 void SaverSession::stop() {
   if (_frameTimer) _services.scheduler.cancel(*_frameTimer);
   _frameTimer.reset();
+  _hasFrames = false;
   if (_firstFolder) _services.notifications.removeObserver(*_firstFolder);
   _firstFolder.reset();
-  for (const auto& run : _runs) run->view->stopAnimation();
-  for (const auto& run : _runs) {
+  std::vector<std::unique_ptr<ViewRun>> runs;
+  for (auto& [number, run] : _runs) runs.push_back(std::move(run));
+  for (auto& run : _asleep) runs.push_back(std::move(run));
+  _runs.clear();
+  _asleep.clear();
+  stopRuns(runs);
+}
+
+void SaverSession::stopRuns(const std::vector<std::unique_ptr<ViewRun>>& runs) {
+  for (const auto& run : runs) run->view->stopAnimation();
+  for (const auto& run : runs) {
     run->view->viewWillMoveToWindow(nullptr);
     run->view->viewDidMoveToWindow();
   }
-  _runs.clear();
 }
 
 }  // namespace pelmora::host

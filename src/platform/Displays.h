@@ -11,7 +11,7 @@ namespace pelmora::platform {
 
 /// One display as the desktop reports it.
 struct Display {
-  std::uint64_t id = 0;  // the same for the same display as long as it stays connected
+  std::uint64_t id = 0;  // another for each display, as long as it keeps its place in the order
   std::string name;
   Rect frame;        // points; origin lower left of the primary display's, y upward
   double scale = 1;  // device pixels in a point
@@ -23,7 +23,8 @@ struct Display {
 class Displays {
  public:
   virtual ~Displays() = default;
-  /// In the desktop's order, the primary first. May be empty.
+  /// In the desktop's order, the primary first. May be empty. In a run that lasts while displays
+  /// come and go, each keeps its place, and one that has gone is listed until another takes it.
   [[nodiscard]] virtual std::vector<Display> screens() const = 0;
 };
 

@@ -54,6 +54,7 @@ PMSourceList::PMSourceList(const platform::Services& services)
   const std::size_t numDisplays = _services.displays.screens().size();
   _services.log.print("Pelmora: NSScreen.screens.count = %zu", numDisplays);
   _weightsSums.resize(numDisplays + 1);
+  _numScreens = _weightsSums.size();
   _mainTurns.run([this] { scheduleDayChange(); });
 }
 

@@ -15,6 +15,7 @@
 #include "sources/SourceEntries.h"
 
 #include <atomic>
+#include <cstddef>
 #include <cstdint>
 #include <memory>
 #include <mutex>
@@ -177,6 +178,7 @@ class PMSourceList {
   void addSpotlightFilenames(const plist::Array& items);
 
   [[nodiscard]] Eligibility eligibilityForScreen(std::uint64_t screenIndex) const;
+  [[nodiscard]] bool knowsScreen(std::uint64_t screenIndex);
   void computeWeight(std::uint64_t screenIndex);
   [[nodiscard]] std::uint64_t weightForScreen(std::uint64_t screenIndex) const;
   [[nodiscard]] std::uint64_t numFilesIn(const PMFolder& folder, bool isFiltered) const;
@@ -191,7 +193,8 @@ class PMSourceList {
   std::atomic<bool> _isFiltered{false};  // whether there is a _queer
 
   FolderRecords _dirItems;                  // guarded by dirItemsLock
-  std::vector<std::uint64_t> _weightsSums;  // guarded by weightsSumLock; its size never changes
+  std::vector<std::uint64_t> _weightsSums;  // guarded by weightsSumLock; grows with the displays
+  std::atomic<std::size_t> _numScreens;     // how many weights there are
   mutable std::mutex _sourcesMutex;         // guards the pointer
   SharedSourceEntries _sources = std::make_shared<const SourceEntries>();
 

@@ -54,10 +54,21 @@ void PMSourceList::computeWeight(std::uint64_t screenIndex) {
   _weightsSums[screenIndex] += _dirItems.sumOfWeights(eligibilityForScreen(screenIndex));
 }
 
+/// There may be more displays than there were when the list was made.
+bool PMSourceList::knowsScreen(std::uint64_t screenIndex) {
+  if (screenIndex < _numScreens) return true;
+  const std::size_t numDisplays = _services.displays.screens().size();
+  if (screenIndex > numDisplays) return false;
+  const WriteGuard guard(weightsSumLock);
+  if (screenIndex >= _weightsSums.size()) _weightsSums.resize(numDisplays + 1);
+  _numScreens = _weightsSums.size();
+  return true;
+}
+
 std::shared_ptr<PMFolder> PMSourceList::randomFolderForScreen(std::uint64_t screenIndex) {
   std::uint64_t number = 0;
   DrawnRecord drawn;
-  if (screenIndex < _weightsSums.size()) {
+  if (knowsScreen(screenIndex)) {
     if (weightForScreen(screenIndex) == 0) computeWeight(screenIndex);
     number = randomIndexBetween(0, weightForScreen(screenIndex) - 1);
     const ReadGuard guard(dirItemsLock, _services.log);

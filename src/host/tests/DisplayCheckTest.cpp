@@ -12,10 +12,30 @@
 
 namespace pelmora::host {
 
+namespace {
+
+/// A socket on which something listens.
+int listenAt(const FilePath& file) {
+  sockaddr_un address{};
+  address.sun_family = AF_UNIX;
+  const std::string path = file.bytes();
+  EXPECT_LT(path.size(), sizeof address.sun_path);
+  std::memcpy(address.sun_path, path.c_str(), path.size());
+  const int server = socket(AF_UNIX, SOCK_STREAM, 0);
+  EXPECT_EQ(bind(server, reinterpret_cast<const sockaddr*>(&address), sizeof address), 0);
+  EXPECT_EQ(listen(server, 1), 0);
+  return server;
+}
+
+}  // namespace
+
 class DisplayCheckTest : public testing::Test {
  protected:
   DisplayCheckTest() {
-    for (const char* name : {"DISPLAY", "WAYLAND_DISPLAY", "QT_QPA_PLATFORM"}) unsetenv(name);
+    for (const char* name :
+         {"DISPLAY", "WAYLAND_DISPLAY", "WAYLAND_SOCKET", "QT_QPA_PLATFORM", "XDG_SESSION_TYPE"}) {
+      unsetenv(name);
+    }
   }
   ~DisplayCheckTest() override { setenv("QT_QPA_PLATFORM", "offscreen", 1); }
 };
@@ -34,19 +54,43 @@ TEST_F(DisplayCheckTest, saysThatAServerDoesNotAnswer) {
 
 TEST_F(DisplayCheckTest, findsACompositorThatListens) {
   const platform::TemporaryFolder folder;
-  sockaddr_un address{};
-  address.sun_family = AF_UNIX;
-  const std::string path = (folder.path() / "wayland-9").bytes();
-  ASSERT_LT(path.size(), sizeof address.sun_path);
-  std::memcpy(address.sun_path, path.c_str(), path.size());
-  const int server = socket(AF_UNIX, SOCK_STREAM, 0);
-  ASSERT_EQ(bind(server, reinterpret_cast<const sockaddr*>(&address), sizeof address), 0);
-  ASSERT_EQ(listen(server, 1), 0);
+  const int server = listenAt(folder.path() / "wayland-9");
   setenv("XDG_RUNTIME_DIR", folder.path().c_str(), 1);
   setenv("WAYLAND_DISPLAY", "wayland-9", 1);
   EXPECT_TRUE(checkDisplay());
   EXPECT_TRUE(compositorAnswers());
   EXPECT_FALSE(xServerAnswers());
+
+  // Which is of no use when Qt is told to turn to X.
+  setenv("QT_QPA_PLATFORM", "xcb", 1);
+  EXPECT_FALSE(checkDisplay());
+  setenv("QT_QPA_PLATFORM", "xcb;wayland-egl:scale=1", 1);
+  EXPECT_TRUE(checkDisplay());
+  close(server);
+}
+
+TEST_F(DisplayCheckTest, knowsTheUsualNameOfAWaylandSessionsCompositor) {
+  const platform::TemporaryFolder folder;
+  setenv("XDG_RUNTIME_DIR", folder.path().c_str(), 1);
+  setenv("XDG_SESSION_TYPE", "wayland", 1);
+  EXPECT_FALSE(checkDisplay());
+  const int server = listenAt(folder.path() / "wayland-0");
+  EXPECT_TRUE(checkDisplay());
+  close(server);
+}
+
+TEST_F(DisplayCheckTest, prefersWaylandWhereItAnswersAndNothingElseIsWanted) {
+  const platform::TemporaryFolder folder;
+  setenv("XDG_RUNTIME_DIR", folder.path().c_str(), 1);
+  setenv("WAYLAND_DISPLAY", "wayland-9", 1);
+  preferWayland();
+  EXPECT_EQ(std::getenv("QT_QPA_PLATFORM"), nullptr);
+  const int server = listenAt(folder.path() / "wayland-9");
+  preferWayland();
+  EXPECT_STREQ(std::getenv("QT_QPA_PLATFORM"), "wayland;xcb");
+  setenv("QT_QPA_PLATFORM", "xcb", 1);
+  preferWayland();
+  EXPECT_STREQ(std::getenv("QT_QPA_PLATFORM"), "xcb");
   close(server);
 }
 

@@ -20,7 +20,9 @@ class Application {
 };
 
 struct Watched {
-  explicit Watched(InputWatcher::Ends ends) : watcher(ends, [this] { ++ended; }) {}
+  explicit Watched(InputWatcher::Ends ends)
+      : watcher(
+            ends, [this] { ++ended; }, std::chrono::milliseconds(0)) {}
 
   void press(int key) {
     QKeyEvent event(QEvent::KeyPress, key, Qt::NoModifier);
@@ -31,13 +33,26 @@ struct Watched {
                       Qt::NoModifier);
     EXPECT_FALSE(watcher.eventFilter(nullptr, &event));
   }
-  void move(double x, double y) {
+  /// The pointer, in the window's points; `andNow` happens at the same time.
+  void move(double x, double y, QObject* window = nullptr, QEvent::Type andNow = QEvent::None) {
     QMouseEvent event(QEvent::MouseMove, {x, y}, {x, y}, Qt::NoButton, Qt::NoButton,
                       Qt::NoModifier);
+    EXPECT_FALSE(watcher.eventFilter(window, &event));
+    if (andNow != QEvent::None) happen(andNow);
+    QGuiApplication::processEvents();
+  }
+  void enter(double x, double y) {
+    QEnterEvent event({x, y}, {x, y}, {x, y});
+    EXPECT_FALSE(watcher.eventFilter(nullptr, &event));
+    QGuiApplication::processEvents();
+  }
+  void happen(QEvent::Type type) {
+    QEvent event(type);
     EXPECT_FALSE(watcher.eventFilter(nullptr, &event));
   }
 
   Application application;
+  QObject other;
   int ended = 0;
   InputWatcher watcher;
 };
@@ -66,10 +81,37 @@ TEST(InputWatcher, ignoresAPointerThatOnlyTrembles) {
 
 TEST(InputWatcher, knowsWhereThePointerWasWhenTheWindowCame) {
   Watched saver(InputWatcher::Ends::any);
-  QEnterEvent enter({500, 400}, {500, 400}, {500, 400});
-  EXPECT_FALSE(saver.watcher.eventFilter(nullptr, &enter));
+  saver.enter(500, 400);
+  saver.enter(100, 100);  // the desktop has put it elsewhere
+  saver.move(101, 100);
   EXPECT_EQ(saver.ended, 0);
   saver.move(700, 400);
+  EXPECT_EQ(saver.ended, 1);
+}
+
+TEST(InputWatcher, seesThePointerAnewInAnotherWindow) {
+  Watched saver(InputWatcher::Ends::any);
+  saver.move(500, 400);
+  saver.move(20, 30, &saver.other);  // the window that it was in has gone
+  EXPECT_EQ(saver.ended, 0);
+  saver.move(40, 30, &saver.other);
+  EXPECT_EQ(saver.ended, 1);
+}
+
+TEST(InputWatcher, seesThePointerAnewWhenItsWindowMoved) {
+  Watched saver(InputWatcher::Ends::any);
+  for (const QEvent::Type change : {QEvent::Move, QEvent::Resize, QEvent::Hide}) {
+    saver.move(500, 400);
+    saver.move(300, 200, nullptr, change);  // the pointer is heard of first
+    saver.move(20, 30);
+    EXPECT_EQ(saver.ended, 0);
+    saver.happen(change);
+  }
+}
+
+TEST(InputWatcher, endsWhenTheDesktopClosesAWindow) {
+  Watched saver(InputWatcher::Ends::any);
+  saver.happen(QEvent::Close);
   EXPECT_EQ(saver.ended, 1);
 }
 

@@ -11,6 +11,8 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+
 namespace pelmora::host {
 
 namespace {
@@ -55,6 +57,17 @@ class SaverSessionTest : public testing::Test {
     }
     session.start(places);
     session.view(0).sourceList()->enumQueue().waitUntilAllOperationsAreFinished();
+  }
+
+  /// A place on a display, which is connected if it is new.
+  ViewPlace place(std::uint64_t id, const Rect& frame) {
+    auto& displays = fakes.displays.displays;
+    const auto display = platform::FakeDisplays::display(id, frame);
+    if (std::none_of(displays.begin(), displays.end(),
+                     [id](const auto& known) { return known.id == id; })) {
+      displays.push_back(display);
+    }
+    return {.frame = frame, .display = display};
   }
 
   platform::TemporaryFolder folder;
@@ -139,6 +152,86 @@ TEST_F(SaverSessionTest, followsAWindowThatChangesItsSize) {
   session.resize(0, {800, 600}, 1.5);
   EXPECT_EQ(session.view(0).frame(), (Rect{{0, 0}, {800, 600}}));
   EXPECT_EQ(session.view(0).backingScaleFactor(), 1.5);
+}
+
+TEST_F(SaverSessionTest, showsADisplayThatComesAtOnce) {
+  start();
+  session.startFrames();
+  fakes.scheduler.advanceTo(3);
+  const std::size_t number = session.addView(place(3, {{0, 1080}, {800, 600}}));
+  EXPECT_EQ(number, 2U);
+  EXPECT_EQ(session.view(number).screenIndex(), 3U);
+  EXPECT_EQ(session.view(number).images().size(), 1U);
+  EXPECT_EQ(session.view(0).images().size(), 1U);  // undisturbed
+  fakes.scheduler.advanceTo(4.5);
+  EXPECT_EQ(session.view(0).images().size(), 2U);
+  EXPECT_EQ(session.view(number).images().size(), 1U);
+  fakes.scheduler.advanceTo(7.5);
+  EXPECT_EQ(session.view(number).images().size(), 2U);
+}
+
+TEST_F(SaverSessionTest, showsADisplayThatComesWhereThereWasNone) {
+  fakes.displays.displays.clear();
+  session.start({});
+  session.startFrames();
+  session.addView(place(7, {{0, 0}, {800, 600}}));
+  session.view(0).sourceList()->enumQueue().waitUntilAllOperationsAreFinished();
+  fakes.scheduler.advanceTo(0.5);
+  EXPECT_EQ(session.view(0).images().size(), 1U);
+}
+
+TEST_F(SaverSessionTest, goesOnWhenADisplayGoes) {
+  start();
+  session.startFrames();
+  session.commit();
+  const int submitted = presenters[0]->submitted;
+  session.removeView(0);
+  session.removeView(7);  // no such view
+  EXPECT_EQ(session.viewCount(), 1U);
+  fakes.scheduler.advanceTo(4.5);
+  EXPECT_EQ(presenters[0]->submitted, submitted);  // never used again
+  EXPECT_EQ(session.view(1).images().size(), 2U);
+  EXPECT_EQ(fakes.log.count("Pelmora: Saving folder cache."), 0U);
+  EXPECT_NE(session.view(1).sourceList()->getFolderAtIndex(0), nullptr);
+}
+
+TEST_F(SaverSessionTest, showsADisplayThatComesBackAsItWas) {
+  start();
+  session.startFrames();
+  fakes.scheduler.advanceTo(4.5);
+  session.removeView(1);
+  fakes.scheduler.advanceTo(20);
+  CountingPresenter presenter(fakes.clock);
+  ViewPlace back = place(2, {{1920, 56}, {640, 480}});
+  back.presenter = &presenter;
+  const std::size_t number = session.addView(back);
+  EXPECT_EQ(number, 2U);
+  EXPECT_EQ(session.view(number).screenIndex(), 2U);
+  EXPECT_EQ(session.view(number).frame(), (Rect{{0, 0}, {640, 480}}));
+  EXPECT_EQ(session.view(number).images().size(), 3U);  // two and the one that is due
+  session.commit();
+  EXPECT_EQ(presenter.submitted, 1);
+}
+
+TEST_F(SaverSessionTest, stopsViewsThatSleepWhenTheRunEnds) {
+  start();
+  session.startFrames();
+  session.removeView(0);
+  session.removeView(1);
+  EXPECT_EQ(fakes.log.countContaining("Pelmora: Stopping animation"), 0U);
+  session.stop();
+  EXPECT_EQ(fakes.log.countContaining("Pelmora: View was removed from window for screen "), 2U);
+  EXPECT_EQ(fakes.log.count("Pelmora: Saving folder cache."), 1U);
+}
+
+TEST_F(SaverSessionTest, stopsTheViewThatSleepsLongestWhenTooManyDo) {
+  start();
+  for (std::uint64_t id = 10; id < 10 + SaverSession::kMostAsleep; ++id) {
+    session.removeView(session.addView(place(id, {{0, 0}, {800, 600}})));
+  }
+  EXPECT_EQ(fakes.log.countContaining("Pelmora: View was removed from window for screen "), 0U);
+  session.removeView(session.addView(place(20, {{0, 0}, {800, 600}})));
+  EXPECT_EQ(fakes.log.countContaining("Pelmora: View was removed from window for screen 3"), 1U);
 }
 
 TEST_F(SaverSessionTest, endsWithTheStopSequenceOfEveryView) {

@@ -54,6 +54,14 @@ TEST_F(PMSourceListRandomTest, drawsTheOnlyRecordAlways) {
   EXPECT_EQ(list->weightsSums(), (Weights{5, 0, 0}));
 }
 
+TEST_F(PMSourceListRandomTest, servesADisplayThatCameLater) {
+  const auto record = add("/a", 5, 1.0, "3");
+  EXPECT_EQ(list->randomFolderForScreen(3), nullptr);
+  fakes.displays.displays.push_back(platform::FakeDisplays::display(3, {{0, 0}, {800, 600}}));
+  EXPECT_EQ(list->randomFolderForScreen(3), record);
+  EXPECT_EQ(list->randomFolderForScreen(4), nullptr);
+}
+
 TEST_F(PMSourceListRandomTest, drawsByFilesAndChance) {
   const auto a = add("/a", 10, 1.0);
   const auto b = add("/b", 10, 0.5);

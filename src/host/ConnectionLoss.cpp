@@ -1,0 +1,64 @@
+#include "host/ConnectionLoss.h"
+
+#include "host/Command.h"
+
+#include <QString>
+#include <QtGlobal>
+
+#include <cstdio>
+#include <cstdlib>
+#include <mutex>
+#include <utility>
+
+namespace pelmora::host {
+
+namespace {
+
+std::mutex mutex;  // guards both
+std::function<void()> work;
+QtMessageHandler nextHandler = nullptr;
+
+void handleMessage(QtMsgType type, const QMessageLogContext& context, const QString& message) {
+  std::function<void()> lastWork;
+  QtMessageHandler next = nullptr;
+  {
+    const std::lock_guard lock(mutex);
+    next = nextHandler;
+    if (type != QtDebugMsg && type != QtInfoMsg && tellsOfConnectionLoss(qUtf8Printable(message))) {
+      lastWork = std::exchange(work, nullptr);
+    }
+  }
+  if (lastWork) {
+    std::fputs("pelmora: the display has gone\n", stderr);
+    lastWork();
+    // No destructors: they would talk to the window system.
+    std::_Exit(static_cast<int>(ExitStatus::failure));
+  }
+  if (next) next(type, context, message);
+}
+
+}  // namespace
+
+bool tellsOfConnectionLoss(std::string_view warning) {
+  for (const std::string_view server : {"Wayland", "X11"}) {
+    const std::string start = "The " + std::string(server) + " connection ";
+    if (!warning.starts_with(start)) continue;
+    const std::string_view rest = warning.substr(start.size());
+    return rest.starts_with("broke") || rest.starts_with("experienced a fatal error");
+  }
+  return false;
+}
+
+ConnectionLoss::ConnectionLoss(std::function<void()> lastWork) {
+  const std::lock_guard lock(mutex);
+  work = std::move(lastWork);
+  nextHandler = qInstallMessageHandler(handleMessage);
+}
+
+ConnectionLoss::~ConnectionLoss() {
+  const std::lock_guard lock(mutex);
+  qInstallMessageHandler(nextHandler);
+  work = nullptr;
+}
+
+}  // namespace pelmora::host

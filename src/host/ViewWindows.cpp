@@ -1,0 +1,72 @@
+#include "host/ViewWindows.h"
+
+#include <QEvent>
+#include <QWindow>
+
+#include <utility>
+
+namespace pelmora::host {
+
+ViewWindows::ViewWindows(Renderer renderer, platform::Clock& clock, platform::Displays& displays,
+                         ServiceChoices choices, QObject& input)
+    : _renderer(renderer), _clock(clock), _input(input), _module(clock, displays, choices) {}
+
+ViewWindows::~ViewWindows() { hide(); }
+
+QWindow& ViewWindows::add(ViewPlace place) {
+  auto presenter = makePresenterWindow(_renderer, _clock);
+  place.presenter = presenter.get();
+  QWindow& window = presenter->window();
+  window.setTitle("Pelmora");
+  window.installEventFilter(this);
+  window.installEventFilter(&_input);
+  const std::size_t view = _module.addView(place);
+  _shown.emplace(&window, Shown{std::move(presenter), view, place.frame.size, place.scale});
+  return window;
+}
+
+void ViewWindows::remove(QWindow& window) {
+  auto node = _shown.extract(&window);
+  if (node.empty()) return;
+  const std::size_t view = node.mapped().view;
+  window.hide();
+  window.destroy();
+  QObject* const key = node.key();
+  _leaving.insert(std::move(node));
+  _module.removeView(view, [this, key] {
+    QMetaObject::invokeMethod(
+        this, [this, key] { _leaving.erase(key); }, Qt::QueuedConnection);
+  });
+}
+
+void ViewWindows::hide() {
+  for (const auto& [key, shown] : _shown) shown.presenter->window().hide();
+}
+
+/// Whatever brought another size or scale, a window is sized or exposed anew then.
+bool ViewWindows::eventFilter(QObject* watched, QEvent* event) {
+  switch (event->type()) {
+    case QEvent::Resize:
+    case QEvent::Expose:
+    case QEvent::ScreenChangeInternal:
+      follow(*static_cast<QWindow*>(watched));
+      break;
+    default:
+      break;
+  }
+  return false;
+}
+
+void ViewWindows::follow(QWindow& window) {
+  const auto found = _shown.find(&window);
+  if (found == _shown.end()) return;
+  Shown& shown = found->second;
+  const Size size{static_cast<double>(window.width()), static_cast<double>(window.height())};
+  const double scale = window.devicePixelRatio();
+  if (shown.size == size && shown.scale == scale) return;
+  shown.size = size;
+  shown.scale = scale;
+  _module.resize(shown.view, size, scale);
+}
+
+}  // namespace pelmora::host

@@ -1,0 +1,46 @@
+#include "host/ConnectionLoss.h"
+
+#include <gtest/gtest.h>
+#include <QtGlobal>
+
+#include <cstdio>
+
+namespace pelmora::host {
+
+namespace {
+
+/// As in a process whose compositor dies.
+void lose(const char* warning) {
+  const ConnectionLoss loss([] { std::fputs("all is stopped\n", stderr); });
+  qWarning("a warning");
+  qWarning("%s", warning);
+  std::fputs("and now Qt would exit\n", stderr);
+}
+
+}  // namespace
+
+TEST(ConnectionLoss, isKnownByWhatQtWarnsOf) {
+  EXPECT_TRUE(
+      tellsOfConnectionLoss("The Wayland connection broke. Did the Wayland compositor die?"));
+  EXPECT_TRUE(tellsOfConnectionLoss("The Wayland connection experienced a fatal error: Protocol"));
+  EXPECT_TRUE(tellsOfConnectionLoss("The X11 connection broke (error 1). Did the X11 server die?"));
+  EXPECT_FALSE(tellsOfConnectionLoss("The Wayland connection is slow"));
+  EXPECT_FALSE(tellsOfConnectionLoss("The connection broke"));
+  EXPECT_FALSE(tellsOfConnectionLoss(""));
+}
+
+TEST(ConnectionLoss, leavesTimeForTheLastWork) {
+  EXPECT_EXIT(lose("The Wayland connection broke. Did the Wayland compositor die?"),
+              testing::ExitedWithCode(1), "a warning.*the display has gone.*all is stopped\n$");
+}
+
+TEST(ConnectionLoss, isNotTakenFromOtherWarnings) {
+  testing::internal::CaptureStderr();
+  lose("another");
+  const std::string said = testing::internal::GetCapturedStderr();
+  EXPECT_NE(said.find("another"), std::string::npos);
+  EXPECT_NE(said.find("Qt would exit"), std::string::npos);
+  EXPECT_EQ(said.find("stopped"), std::string::npos);
+}
+
+}  // namespace pelmora::host
