@@ -5,8 +5,8 @@
 namespace pelmora::host {
 
 /// Whether windows can be opened: of the Wayland compositor and the X server that Qt would turn to,
-/// one answers. Asked before Qt is started, which would abort the process otherwise. The error is for
-/// the user.
+/// one answers. Asked before Qt is started, which would abort the process otherwise. The error is
+/// for the user.
 [[nodiscard]] Status checkDisplay();
 
 /// Makes Qt turn to the session's Wayland compositor, if there is one, unless the user has named a
