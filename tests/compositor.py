@@ -146,7 +146,14 @@ class Compositor:
                  "WLR_RENDERER": "pixman"})
         self.env = {"PATH": os.environ["PATH"], "XDG_RUNTIME_DIR": self.runtime,
                     "DISPLAY": self.screen.name}
-        self.wait(lambda: self._find_sockets(), "a compositor")
+        try:
+            self._start()
+        except BaseException:
+            self.close()
+            raise
+
+    def _start(self):
+        self.wait(self._find_sockets, "a compositor")
         self.displays = dict(zip(("X11-1", "X11-2"), self.xserver.all()))
         self.xserver.place(self.displays["X11-2"], 800, 0)
         self.wait(lambda: all(self.shot(name).has_bar() for name in self.outputs()),

@@ -142,7 +142,7 @@ class LiveWayland(live.LiveCase):
 
     def test_follows_a_display_that_changes_its_size_and_scale(self):
         saver = self.cover()
-        for words in (("resolution", "640x480"), ("scale", "2"), ("scale", "1.5")):
+        for words in (("resolution", "600x450"), ("scale", "2"), ("scale", "1.5")):
             self.compositor.command("output", "X11-1", *words)
             self.wait_until(saver, lambda: self.is_covered("X11-1"), " ".join(words))
         saver.terminate()
