@@ -8,10 +8,10 @@ root=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
 # Debian's names. Those that only some releases have are taken where they exist.
 packages_core=(g++ cmake ninja-build pkg-config libicu-dev libsqlite3-dev)
 packages_qt=(
-  qt6-base-dev qt6-base-private-dev qt6-declarative-dev qt6-l10n-tools qt6-tools-dev qt6-tools-dev-tools libxcb1-dev
-  libexif-dev libexiv2-dev libgdk-pixbuf-2.0-dev libheif-dev libjpeg62-turbo-dev libjxl-dev liblcms2-dev
-  libseccomp-dev libvips-dev libwayland-bin libwayland-dev libxcb-screensaver0-dev
-  plasma-wayland-protocols wayland-protocols
+  libexif-dev libexiv2-dev libgdk-pixbuf-2.0-dev libheif-dev libjpeg62-turbo-dev libjxl-dev
+  liblcms2-dev libseccomp-dev libvips-dev libwayland-bin libwayland-dev libxcb-screensaver0-dev
+  libxcb1-dev plasma-wayland-protocols qt6-base-dev qt6-base-private-dev qt6-declarative-dev
+  qt6-l10n-tools qt6-tools-dev qt6-tools-dev-tools wayland-protocols
 )
 packages_run=(
   qt6-wayland
