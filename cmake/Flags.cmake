@@ -7,6 +7,30 @@ if(PELMORA_WERROR)
   target_compile_options(pelmora_flags INTERFACE -Werror)
 endif()
 
+# What distributions harden programs with. Where sanitizers or fuzzers are at work they do the same
+# and more. Whoever builds may set levels of their own (CMAKE_CXX_FLAGS), or switch it all off.
+option(PELMORA_HARDENING "Harden the programs as distributions do" ON)
+if(PELMORA_HARDENING AND NOT PELMORA_SANITIZE AND NOT PELMORA_FUZZ)
+  include(CheckCXXCompilerFlag)
+  add_link_options($<$<STREQUAL:$<TARGET_PROPERTY:TYPE>,EXECUTABLE>:-pie>
+                   LINKER:-z,relro LINKER:-z,now LINKER:-z,noexecstack)
+  # Code is checked while it runs where it is optimised: what is built for work on it stays quick to
+  # build, and is not installed.
+  foreach(flag -fPIE -fstack-protector-strong -fstack-clash-protection
+               -fcf-protection=full -mbranch-protection=standard)  # the latter: of x86, and of ARM
+    string(MAKE_C_IDENTIFIER "PELMORA_HAS${flag}" has)
+    check_cxx_compiler_flag(${flag} ${has})
+    if(${has})
+      add_compile_options($<$<NOT:$<CONFIG:Debug>>:${flag}>)
+    endif()
+  endforeach()
+  if(NOT CMAKE_CXX_FLAGS MATCHES "_FORTIFY_SOURCE")
+    # A compiler may define another level by itself. Without optimising there is none.
+    add_compile_options("$<$<CONFIG:Release,RelWithDebInfo,MinSizeRel>:-U_FORTIFY_SOURCE>"
+                        "$<$<CONFIG:Release,RelWithDebInfo,MinSizeRel>:-D_FORTIFY_SOURCE=3>")
+  endif()
+endif()
+
 # Builds again what was built before in no time, where it is installed.
 find_program(CCACHE ccache)
 if(CCACHE AND NOT CMAKE_CXX_COMPILER_LAUNCHER)
