@@ -10,8 +10,8 @@ packages_core=(g++ cmake ninja-build pkg-config libicu-dev libsqlite3-dev)
 packages_qt=(
   qt6-base-dev qt6-declarative-dev qt6-l10n-tools qt6-tools-dev qt6-tools-dev-tools libxcb1-dev
   libexif-dev libexiv2-dev libgdk-pixbuf-2.0-dev libheif-dev libjpeg62-turbo-dev libjxl-dev liblcms2-dev
-  libseccomp-dev libvips-dev libwayland-dev libxcb-screensaver0-dev plasma-wayland-protocols
-  wayland-protocols
+  libseccomp-dev libvips-dev libwayland-dev libxcb-dpms0-dev libxcb-screensaver0-dev
+  plasma-wayland-protocols wayland-protocols
 )
 packages_run=(
   qt6-wayland

@@ -25,10 +25,25 @@ void endWith(ForeignWindow::State state) {
   std::exit(EXIT_FAILURE);
 }
 
+/// A run over the whole session is its saver. Hosts end the programs in their windows themselves,
+/// and a window of one's own is there until its user closes it.
+ServiceChoices choose(InputWatcher::Ends ends, bool verbose) {
+  ServiceChoices choices{.verbose = verbose, .samplesWhenNoPictures = true, .sessionBus = true};
+  if (ends == InputWatcher::Ends::any) {
+    choices.didStop = [] {
+      QMetaObject::invokeMethod(
+          qApp, [] { QGuiApplication::quit(); }, Qt::QueuedConnection);
+    };
+  }
+  return choices;
+}
+
 }  // namespace
 
 LiveSaver::LiveSaver(Renderer renderer, InputWatcher::Ends ends, bool verbose)
-    : _renderer(renderer), _verbose(verbose), _input(ends, [] { QGuiApplication::quit(); }) {}
+    : _renderer(renderer),
+      _choices(choose(ends, verbose)),
+      _input(ends, [] { QGuiApplication::quit(); }) {}
 
 LiveSaver::~LiveSaver() = default;
 
@@ -118,10 +133,7 @@ void LiveSaver::followSize(std::size_t index) {
 
 int LiveSaver::exec() {
   const EndingSignals endingSignals([] { QGuiApplication::quit(); });
-  _module = std::make_unique<ModuleThread>(
-      _clock, _displays,
-      ServiceChoices{.verbose = _verbose, .samplesWhenNoPictures = true, .sessionBus = true},
-      _places);
+  _module = std::make_unique<ModuleThread>(_clock, _displays, _choices, _places);
   const ExitWork stopWork([this] { _module.reset(); });
   for (std::size_t i = 0; i < _windows.size(); ++i) followSize(i);
   const int status = QGuiApplication::exec();
