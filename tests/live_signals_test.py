@@ -9,6 +9,7 @@ from gi.repository import GLib
 
 import idling
 import live
+import powered
 
 MANAGER = """<interface name="org.freedesktop.login1.Manager">
   <method name="GetSession"><arg type="s" direction="in"/><arg type="o" direction="out"/></method>
@@ -102,7 +103,57 @@ class Signals(idling.IdleCase):
         self.assertEqual(saver.log.count(b"bus cannot be reached"), 2)
 
 
-class PowerOnWayland(idling.IdleCase):
+class PowerCase(idling.IdleCase):
+    """A test of what is chosen for a display that is switched off."""
+
+    def shown(self):
+        """The pictures on the display, as the saver lists them."""
+        path = os.path.join(self.home, ".cache", "Pelmora", "Screen 1 Log.txt")
+        try:
+            with open(path, "rb") as file:
+                return file.read()
+        except FileNotFoundError:
+            return b""
+
+    def wait_for_change(self, saver, before):
+        self.wait_until(saver, lambda: self.shown() not in (before, b""), "another picture")
+        return self.shown()
+
+    def expect_no_change(self, saver, seconds):
+        last = self.shown()
+        end = time.monotonic() + seconds
+        self.wait_until(saver, lambda: time.monotonic() > end or self.shown() != last, "nothing")
+        self.assertEqual(self.shown(), last)
+
+    def wait_for_rest(self, saver):
+        """What was chosen while the display went off is over."""
+        end = time.monotonic() + 2
+        self.wait_until(saver, lambda: time.monotonic() > end, "rest")
+
+
+class PowerOnX(PowerCase):
+    def setUp(self):
+        super().setUp()
+        self.power = powered.PoweredDisplay(self.display.name)
+        self.addCleanup(self.power.close)
+        self.env["DISPLAY"] = self.power.name
+        self.env["QT_XCB_NO_MITSHM"] = "1"
+
+    def test_chooses_no_picture_while_the_displays_are_off(self):
+        saver = self.start()
+        self.wait_for_change(saver, self.wait_for_change(saver, b""))
+        self.assertGreater(self.power.asked, 0)
+        self.power.level = powered.OFF
+        self.wait_for_rest(saver)
+        self.expect_no_change(saver, 3)
+        before = self.shown()
+        self.power.level = powered.ON
+        self.wait_for_change(saver, before)
+        saver.terminate()
+        self.assertEqual(self.finish(saver), 0)
+
+
+class PowerOnWayland(PowerCase):
     def setUp(self):
         super().setUp()
         self.sway = idling.Sway(self.runtime, self.env)
@@ -113,27 +164,15 @@ class PowerOnWayland(idling.IdleCase):
         # Graphics and text libraries keep some of what they allocate.
         self.env["ASAN_OPTIONS"] = self.env.get("ASAN_OPTIONS", "") + ":detect_leaks=0"
 
-    def shown(self):
-        """The pictures on the display, as the saver lists them."""
-        path = os.path.join(self.home, ".cache", "Pelmora", "Screen 1 Log.txt")
-        with open(path, "rb") as file:
-            return file.read()
-
     def test_chooses_no_picture_for_a_display_that_is_off(self):
         saver = self.start("window")
-        self.wait_until(saver, lambda: b"The first picture is up" in saver.log, "a picture")
-        first = self.shown()
-        self.wait_until(saver, lambda: self.shown() != first, "another picture")
+        self.wait_for_change(saver, self.wait_for_change(saver, b""))
         self.sway.tell("output", "*", "dpms", "off")
-        # One more may have been chosen; the first frame that is not shown tells.
-        end = time.monotonic() + 2
-        self.wait_until(saver, lambda: time.monotonic() > end, "nothing")
-        last = self.shown()
-        end = time.monotonic() + 4
-        self.wait_until(saver, lambda: time.monotonic() > end or self.shown() != last, "nothing")
-        self.assertEqual(self.shown(), last)
+        self.wait_for_rest(saver)
+        self.expect_no_change(saver, 3)
+        before = self.shown()
         self.sway.tell("output", "*", "dpms", "on")
-        self.wait_until(saver, lambda: self.shown() != last, "the next picture")
+        self.wait_for_change(saver, before)
         saver.terminate()
         self.assertEqual(self.finish(saver), 0)
 
