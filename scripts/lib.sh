@@ -9,9 +9,9 @@ root=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
 packages_core=(g++ cmake ninja-build pkg-config libicu-dev libsqlite3-dev)
 packages_qt=(
   libexif-dev libexiv2-dev libgdk-pixbuf-2.0-dev libheif-dev libjpeg62-turbo-dev libjxl-dev
-  liblcms2-dev libseccomp-dev libvips-dev libwayland-bin libwayland-dev libxcb-screensaver0-dev
-  libxcb1-dev plasma-wayland-protocols qt6-base-dev qt6-base-private-dev qt6-declarative-dev
-  qt6-l10n-tools qt6-tools-dev qt6-tools-dev-tools wayland-protocols
+  liblcms2-dev libseccomp-dev libvips-dev libwayland-bin libwayland-dev libxcb-dpms0-dev
+  libxcb-screensaver0-dev libxcb1-dev plasma-wayland-protocols qt6-base-dev qt6-base-private-dev
+  qt6-declarative-dev qt6-l10n-tools qt6-tools-dev qt6-tools-dev-tools wayland-protocols
 )
 packages_run=(
   qt6-wayland

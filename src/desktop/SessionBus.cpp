@@ -30,6 +30,10 @@ std::string sessionBusAddress(const std::string& given, const std::string& runti
   return "unix:path=" + socket;
 }
 
+std::string systemBusAddress(const std::string& given) {
+  return given.empty() ? "unix:path=/run/dbus/system_bus_socket" : given;
+}
+
 struct SessionBus::Worker {
   void connect(const std::string& address, const std::string& busName, platform::Log& log);
   void run(const Task& task) const;

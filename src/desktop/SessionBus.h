@@ -19,6 +19,9 @@ namespace pelmora::desktop {
 [[nodiscard]] std::string sessionBusAddress(const std::string& given,
                                             const std::string& runtimeFolder);
 
+/// Where the system's bus is: the address that the environment gives, else the usual one.
+[[nodiscard]] std::string systemBusAddress(const std::string& given);
+
 /// The session's bus, on a thread of its own with a connection of its own: whatever waits for the
 /// bus waits there, beginning with the connection.
 /// Thread: any. Errors: one line in the log where the bus is missing; nothing posted then runs.

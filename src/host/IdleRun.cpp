@@ -15,7 +15,6 @@ namespace pelmora::host {
 namespace {
 
 constexpr double kPatience = 5;  // seconds, for the session to say who tells of idleness
-constexpr const char* kSystemBus = "unix:path=/run/dbus/system_bus_socket";
 
 std::string variable(const char* name) { return platform::processEnvironment()(name).value_or(""); }
 
@@ -90,9 +89,8 @@ void IdleRun::connectToSession() {
 // next.
 void IdleRun::connectToSystem() {
   if (_systemLink) return;
-  const std::string given = variable("DBUS_SYSTEM_BUS_ADDRESS");
   _systemLink = std::make_unique<idle::BusLink>(
-      given.empty() ? kSystemBus : given, "The system's bus", _log,
+      desktop::systemBusAddress(variable("DBUS_SYSTEM_BUS_ADDRESS")), "The system's bus", _log,
       idle::BusLink::Events{
           [this](const QDBusConnection& bus) { addSystemInhibitors(bus); },
           [this] { _watch.inhibitors().removeAll(idle::Inhibitors::Bus::system); }});

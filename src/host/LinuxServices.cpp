@@ -3,6 +3,7 @@
 #include "desktop/DistributedNotificationCenter.h"
 #include "desktop/PlayerBridge.h"
 #include "desktop/SessionBus.h"
+#include "desktop/StopBridge.h"
 #include "host/DecoderPath.h"
 #include "host/IndexFile.h"
 #include "host/ResourceFolder.h"
@@ -46,6 +47,13 @@ std::unique_ptr<desktop::SessionBus> connectToSession(platform::Log& log) {
       desktop::sessionBusAddress(environment("DBUS_SESSION_BUS_ADDRESS").value_or(""),
                                  environment("XDG_RUNTIME_DIR").value_or("")),
       log);
+}
+
+std::unique_ptr<desktop::SessionBus> connectToSystem(platform::Log& log) {
+  return std::make_unique<desktop::SessionBus>(
+      desktop::systemBusAddress(
+          platform::processEnvironment()("DBUS_SYSTEM_BUS_ADDRESS").value_or("")),
+      log, std::chrono::seconds(1), "The system's bus");
 }
 
 /// With a clock of their own: a resolution that hangs keeps both.
@@ -124,7 +132,17 @@ struct LinuxServices::Parts {
             .enumerationConcurrency = choices.enumerationConcurrency > 0
                                           ? choices.enumerationConcurrency
                                           : std::max(1U, std::thread::hardware_concurrency()),
-        } {}
+        } {
+    if (choices.didStop) hearOfStop(choices.didStop);
+  }
+
+  void hearOfStop(const std::function<void()>& didStop) {
+    systemBus = connectToSystem(log);
+    stops.emplace(*bus, *systemBus, platform::processEnvironment()("XDG_SESSION_ID").value_or(""),
+                  distributedNotifications.inbox());
+    distributedNotifications.addObserver(desktop::kScreensaverDidStop,
+                                         [didStop](const platform::Notification&) { didStop(); });
+  }
 
   platform::players::TrackSource& tracksOf(const ServiceChoices& choices) {
     if (choices.track) return oneTrack;
@@ -147,6 +165,8 @@ struct LinuxServices::Parts {
   const std::unique_ptr<desktop::SessionBus> bus;
   desktop::DistributedNotificationCenter distributedNotifications;
   desktop::PlayerBridge players;
+  std::unique_ptr<desktop::SessionBus> systemBus;  // for the session's saver alone
+  std::optional<desktop::StopBridge> stops;        // the same
   OneTrack oneTrack;
   platform::players::PlayerApplications runningApplications;
   platform::players::PlayerScripts scripts;

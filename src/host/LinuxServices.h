@@ -3,6 +3,7 @@
 #include "platform/players/PlayerState.h"
 #include "platform/Services.h"
 
+#include <functional>
 #include <memory>
 #include <optional>
 
@@ -20,6 +21,9 @@ struct ServiceChoices {
   /// What seems to play, instead of what the session's players do.
   std::optional<platform::players::Track> track{};
   std::size_t enumerationConcurrency = 0;  // 0: the number of processors
+  /// Where it is given the run is the session's saver: the desktop is listened to, and when it, or
+  /// whoever else, says that the saver is to end, this is called, on main as a rule.
+  std::function<void()> didStop{};
 };
 
 /// Owns the desktop's services, and hands them out. Thread: made on any, then as each service says.

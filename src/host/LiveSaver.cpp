@@ -17,14 +17,24 @@ namespace {
 /// More random numbers than a card takes, and no multiple of what it takes.
 constexpr unsigned kDrawsApart = 997;
 
+/// A run over the whole session is its saver. Hosts end the programs in their windows themselves,
+/// and a window of one's own is there until its user closes it.
+ServiceChoices choose(InputWatcher::Ends ends, bool verbose) {
+  ServiceChoices choices{.verbose = verbose, .samplesWhenNoPictures = true, .sessionBus = true};
+  if (ends == InputWatcher::Ends::any) {
+    choices.didStop = [] {
+      QMetaObject::invokeMethod(
+          qApp, [] { QGuiApplication::quit(); }, Qt::QueuedConnection);
+    };
+  }
+  return choices;
+}
+
 }  // namespace
 
 LiveSaver::LiveSaver(Renderer renderer, InputWatcher::Ends ends, bool verbose)
     : _input(ends, [] { QGuiApplication::quit(); }),
-      _windows(
-          renderer, _clock, _displays,
-          ServiceChoices{.verbose = verbose, .samplesWhenNoPictures = true, .sessionBus = true},
-          _input),
+      _windows(renderer, _clock, _displays, choose(ends, verbose), _input),
       _connectionLoss([this] { windowSystemGone(); }) {}
 
 LiveSaver::~LiveSaver() { QGuiApplication::setQuitOnLastWindowClosed(true); }

@@ -30,8 +30,8 @@ class LiveSaver {
   /// A window on every display below all others, in the place of the X server's root window.
   void drawOnRoot();
   /// Runs until there is input, every window is closed, there is nothing left to draw into, or a
-  /// signal asks to end. Where the window system goes away the process ends, with the stop work
-  /// done.
+  /// signal asks to end; where any input ends it, also until the desktop says that the saver does.
+  /// Where the window system goes away the process ends, with the stop work done.
   int exec();
 
  private:

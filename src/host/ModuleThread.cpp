@@ -1,6 +1,9 @@
 #include "host/ModuleThread.h"
 
+#include "host/XDisplayPower.h"
 #include "platform/Clock.h"
+
+#include <QGuiApplication>
 
 #include <utility>
 
@@ -36,7 +39,8 @@ void ModuleThread::run() {
     _services = services;
   };
   lend(&linuxServices);
-  SaverSession session(linuxServices.services());
+  const auto power = QGuiApplication::platformName() == "xcb" ? XDisplayPower::open() : nullptr;
+  SaverSession session(linuxServices.services(), power.get());
   _scheduler.setEndOfTurn([&session] { session.commit(); });
   _session = &session;
   _scheduler.run();

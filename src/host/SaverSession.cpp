@@ -1,6 +1,8 @@
 #include "host/SaverSession.h"
 
 #include "cache/FolderCache.h"
+#include "nowplaying/PMiTunesTrack.h"
+#include "platform/Clock.h"
 #include "platform/Log.h"
 #include "render/LayerTree.h"
 #include "shared/Random.h"
@@ -26,6 +28,13 @@ class PlaceWindow : public platform::Window {
  private:
   std::optional<platform::Display> _display;
 };
+
+/// Whether a frame makes a difference to the view: it is time for a picture, or its label flies.
+bool wouldChange(const view::PelmoraView& view, double now) {
+  const nowplaying::PMiTunesTrack* track = view.iTunesTrack();
+  return now - view.lastImageChangeTime() > view.delay() ||
+         (track != nullptr && track->iTunesType() == nowplaying::PMiTunesTrack::kFliesAround);
+}
 
 }  // namespace
 
@@ -54,7 +63,8 @@ struct SaverSession::ViewRun {
   render::LayerTree layers;
 };
 
-SaverSession::SaverSession(const platform::Services& services) : _services(services) {}
+SaverSession::SaverSession(const platform::Services& services, DisplayPower* power)
+    : _services(services), _power(power) {}
 
 SaverSession::~SaverSession() {
   stop();
@@ -147,8 +157,15 @@ void SaverSession::showFirstFolder() {
 }
 
 void SaverSession::animateOneFrame() {
+  std::optional<bool> isAwake;  // asked once for all, and not for frames that come to nothing
+  const auto isSeen = [&](const ViewRun& run) {
+    if (!isAwake) isAwake = _power == nullptr || _power->isAwake();
+    return *isAwake && !run.layers.isHidden();
+  };
+  const double now = _services.clock.now().seconds;
   for (const auto& [number, run] : _runs) {
-    if (run->view->isAnimating()) run->view->animateOneFrame();
+    view::PelmoraView& view = *run->view;
+    if (view.isAnimating() && (!wouldChange(view, now) || isSeen(*run))) view.animateOneFrame();
   }
   if (_isAnyShown || !isAnyShown()) return;
   _isAnyShown = true;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "host/DisplayPower.h"
 #include "platform/Displays.h"
 #include "platform/NotificationCenter.h"
 #include "platform/Scheduler.h"
@@ -35,14 +36,17 @@ struct ViewPlace {
 
 /// One run of the saver: makes a view for each place, drives them with the calls that a saver host
 /// makes, in their order, and stops them again. Frames come every 0.5 s for all views together; the
-/// first folder found brings one forward, so that a picture is not half a second late.
+/// first folder found brings one forward, so that a picture is not half a second late. A view that
+/// nobody can see gets no frame with which it would change: nothing is chosen, loaded or drawn for
+/// it, and it goes on at the first frame after.
 /// Views may come and go in a run. The stop work of one view ends the walk of all, and writes the
 /// folder cache for good; so a view whose display has gone sleeps, with its pile, until the display
 /// is back or the run ends. Only when too many sleep, the one that has slept longest is stopped.
 /// Thread: the module's main thread.
 class SaverSession {
  public:
-  explicit SaverSession(const platform::Services& services);
+  /// `power`, where it can be asked, outlives the session.
+  explicit SaverSession(const platform::Services& services, DisplayPower* power = nullptr);
   /// Ends the run, if it was not ended, and lets go of the shared source list and cache.
   ~SaverSession();
 
@@ -59,7 +63,7 @@ class SaverSession {
   void removeView(std::size_t view);
   /// Starts the frame timer: a frame at once, then one every 0.5 s.
   void startFrames();
-  /// One frame of every view that is animating.
+  /// One frame of every view that is animating and can be seen.
   void animateOneFrame();
   /// Commits what changed in the layers; the scheduler's end of each turn.
   void commit();
@@ -85,6 +89,7 @@ class SaverSession {
   [[nodiscard]] bool isAnyShown() const;
 
   const platform::Services& _services;
+  DisplayPower* const _power;
   std::map<std::size_t, std::unique_ptr<ViewRun>> _runs;  // by number
   std::vector<std::unique_ptr<ViewRun>> _asleep;          // the longest first
   std::size_t _nextNumber = 0;

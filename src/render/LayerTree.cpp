@@ -245,6 +245,10 @@ void LayerTree::commit() {
   _state->beginUnseenAnimations();
 }
 
+bool LayerTree::isHidden() const {
+  return _state->presenter != nullptr && _state->presenter->isHidden();
+}
+
 Layer& LayerTree::root() const { return *_state->root; }
 
 }  // namespace pelmora::render

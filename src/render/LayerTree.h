@@ -18,6 +18,9 @@ class Presenter {
  public:
   virtual ~Presenter() = default;
   virtual void submit(std::shared_ptr<const Snapshot> snapshot) = 0;
+  /// Whether it was shown, and now nobody can see it: its window is minimised or covered, or its
+  /// display is off, as far as the window system says so. Called on main.
+  [[nodiscard]] virtual bool isHidden() const { return false; }
 };
 
 /// One view's layers and the way to its presenter. Changes to the layers made in one turn of the
@@ -42,6 +45,8 @@ class LayerTree {
   /// the end of every turn of the run loop.
   void commit();
 
+  /// Whether the presenter is hidden.
+  [[nodiscard]] bool isHidden() const;
   [[nodiscard]] Layer& root() const;
 
  private:

@@ -24,6 +24,7 @@ class QuickWindow : public QQuickWindow, public PresenterWindow {
   ~QuickWindow() override;
 
   void submit(std::shared_ptr<const Snapshot> snapshot) override;
+  [[nodiscard]] bool isHidden() const override { return _slot.isHidden(); }
   [[nodiscard]] QWindow& window() override { return *this; }
   [[nodiscard]] std::uint64_t framesDrawn() const override { return _framesDrawn; }
 

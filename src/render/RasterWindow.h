@@ -21,6 +21,7 @@ class RasterWindow : public QWindow, public PresenterWindow {
   ~RasterWindow() override;
 
   void submit(std::shared_ptr<const Snapshot> snapshot) override;
+  [[nodiscard]] bool isHidden() const override { return _slot.isHidden(); }
   [[nodiscard]] QWindow& window() override { return *this; }
   [[nodiscard]] std::uint64_t framesDrawn() const override { return _framesDrawn; }
   /// Whether another frame has been arranged.

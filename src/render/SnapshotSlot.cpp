@@ -21,7 +21,13 @@ std::shared_ptr<const Snapshot> SnapshotSlot::newest() const {
 void SnapshotSlot::setShown(bool isShown) {
   const std::lock_guard lock(_mutex);
   _isShown = isShown;
+  _wasShown = _wasShown || isShown;
   if (!_isShown && _newest) _newest->beginAnimations(_clock.mediaTime());
+}
+
+bool SnapshotSlot::isHidden() const {
+  const std::lock_guard lock(_mutex);
+  return _wasShown && !_isShown;
 }
 
 }  // namespace pelmora::render

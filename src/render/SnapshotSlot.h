@@ -23,12 +23,15 @@ class SnapshotSlot {
   [[nodiscard]] std::shared_ptr<const Snapshot> newest() const;
   /// Whether frames are being shown; at first they are not.
   void setShown(bool isShown);
+  /// Whether frames were shown once, and are no more.
+  [[nodiscard]] bool isHidden() const;
 
  private:
   const platform::Clock& _clock;
   mutable std::mutex _mutex;  // guards what follows
   std::shared_ptr<const Snapshot> _newest;
   bool _isShown = false;
+  bool _wasShown = false;
 };
 
 }  // namespace pelmora::render

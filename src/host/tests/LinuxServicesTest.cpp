@@ -79,6 +79,36 @@ TEST_F(LinuxServicesTest, seeTheMusicPlayersOfTheSessionWhereTheyMay) {
   EXPECT_EQ(askForTheTrack(blind.services()), platform::ScriptResult());
 }
 
+TEST_F(LinuxServicesTest, hearThatTheSessionsSaverEndsWhereTheyAreIts) {
+  desktop::TestBus bus;
+  for (const char* kind : {"SESSION", "SYSTEM"}) {
+    setenv(("DBUS_" + std::string(kind) + "_BUS_ADDRESS").c_str(), bus.address().c_str(), 1);
+  }
+  platform::RecordingLog log;
+  desktop::ScriptedPlayer desktop(bus.address(), log);
+  const QDBusMessage ended =
+      QDBusMessage::createSignal("/x", "org.gnome.ScreenSaver", "ActiveChanged") << false;
+
+  int stopped = 0;
+  const LinuxServices saver(
+      {.scheduler = &scheduler, .displays = &displays, .sessionBus = true, .didStop = [&stopped] {
+         ++stopped;
+       }});
+  const LinuxServices window({.scheduler = &scheduler, .displays = &displays, .sessionBus = true});
+  int heardByViews = 0;
+  int heardInWindow = 0;
+  const char* name = "com.apple.screensaver.didstop";
+  saver.services().distributedNotifications.addObserver(name, [&](const auto&) { ++heardByViews; });
+  window.services().distributedNotifications.addObserver(name,
+                                                         [&](const auto&) { ++heardInWindow; });
+  while (heardByViews == 0) {
+    desktop.send(ended);
+    scheduler.runPosted();
+  }
+  EXPECT_EQ(stopped, heardByViews);
+  EXPECT_EQ(heardInWindow, 0);
+}
+
 TEST_F(LinuxServicesTest, walkWithEveryProcessorUnlessTold) {
   const LinuxServices real({.scheduler = &scheduler, .displays = &displays});
   EXPECT_GE(real.services().enumerationConcurrency, 1U);

@@ -28,10 +28,23 @@ class CountingPresenter : public render::Presenter {
   }
 
   std::shared_ptr<const render::Snapshot> last;
+  [[nodiscard]] bool isHidden() const override { return isOutOfSight; }
+
   int submitted = 0;
+  bool isOutOfSight = false;
 
  private:
   const platform::Clock& _clock;
+};
+
+class FakePower : public DisplayPower {
+ public:
+  [[nodiscard]] bool isAwake() override {
+    ++asked;
+    return isOn;
+  }
+  bool isOn = true;
+  int asked = 0;
 };
 
 class SaverSessionTest : public testing::Test {
@@ -74,7 +87,8 @@ class SaverSessionTest : public testing::Test {
   platform::FakeServices fakes;
   const platform::Services services = fakes.services();
   std::vector<std::unique_ptr<CountingPresenter>> presenters;
-  SaverSession session{services};
+  FakePower power;
+  SaverSession session{services, &power};
 };
 
 }  // namespace
@@ -108,6 +122,64 @@ TEST_F(SaverSessionTest, givesNoFramesToAViewThatHasStopped) {
   fakes.scheduler.advanceTo(20);
   EXPECT_EQ(session.view(0).lastImageChangeTime(), lastChange);
   EXPECT_GT(session.view(1).lastImageChangeTime(), lastChange);
+}
+
+TEST_F(SaverSessionTest, showsNothingNewWhileTheDisplaysAreOff) {
+  start();
+  session.startFrames();
+  fakes.scheduler.advanceTo(2);
+  power.isOn = false;
+  const int submitted = presenters[0]->submitted;
+  fakes.scheduler.advanceTo(3600.2);
+  EXPECT_EQ(session.view(0).images().size(), 1U);
+  EXPECT_EQ(presenters[0]->submitted, submitted);
+  // At the next frame, and then in the usual time.
+  power.isOn = true;
+  fakes.scheduler.advanceTo(3600.5);
+  EXPECT_EQ(session.view(0).images().size(), 2U);
+  EXPECT_EQ(session.view(1).images().size(), 2U);
+  fakes.scheduler.advanceTo(3604.5);
+  EXPECT_EQ(session.view(0).images().size(), 2U);
+  fakes.scheduler.advanceTo(3605);
+  EXPECT_EQ(session.view(0).images().size(), 3U);
+}
+
+TEST_F(SaverSessionTest, asksOfTheDisplaysOnlyWhenThereIsSomethingToShow) {
+  start();
+  session.startFrames();
+  EXPECT_EQ(power.asked, 1);
+  fakes.scheduler.advanceTo(4.0);
+  EXPECT_EQ(power.asked, 1);
+  fakes.scheduler.advanceTo(4.5);
+  EXPECT_EQ(power.asked, 2);
+}
+
+TEST_F(SaverSessionTest, showsNothingNewInAWindowThatNobodySees) {
+  start();
+  session.startFrames();
+  presenters[1]->isOutOfSight = true;
+  fakes.scheduler.advanceTo(20);
+  EXPECT_GT(session.view(0).images().size(), 3U);
+  EXPECT_EQ(session.view(1).images().size(), 1U);
+  presenters[1]->isOutOfSight = false;
+  fakes.scheduler.advanceTo(20.5);
+  EXPECT_EQ(session.view(1).images().size(), 2U);
+}
+
+TEST_F(SaverSessionTest, endsTheWorkOfEveryViewAsOftenAsItIsTold) {
+  start();
+  session.startFrames();
+  for (int i = 0; i < 3; ++i) {
+    fakes.distributedNotifications.post(
+        {.name = "com.apple.screensaver.didstop", .object = {}, .userInfo = {}});
+  }
+  EXPECT_FALSE(session.view(0).isAnimating());
+  EXPECT_FALSE(session.view(1).isAnimating());
+  EXPECT_EQ(fakes.log.count("Pelmora: screensaverDidStop"), 6U);
+  EXPECT_EQ(fakes.log.countContaining("Pelmora: Stopping animation for screen 1"), 3U);
+  EXPECT_EQ(fakes.log.countContaining("Pelmora: Stopping animation for screen 2"), 3U);
+  EXPECT_EQ(fakes.log.count("Pelmora: Saving folder cache."), 1U);
+  EXPECT_EQ(session.viewCount(), 2U);
 }
 
 TEST_F(SaverSessionTest, drawsNothingAnewWhileThereIsNoPicture) {

@@ -49,5 +49,17 @@ TEST_F(SnapshotSlotTest, beginsWhatWasNotYetShownWhenFramesStop) {
   EXPECT_TRUE(hasBegun(*slot.newest()));
 }
 
+TEST_F(SnapshotSlotTest, isHiddenOnlyOnceItWasShown) {
+  EXPECT_FALSE(slot.isHidden());
+  slot.setShown(false);
+  EXPECT_FALSE(slot.isHidden());
+  slot.setShown(true);
+  EXPECT_FALSE(slot.isHidden());
+  slot.setShown(false);
+  EXPECT_TRUE(slot.isHidden());
+  slot.setShown(true);
+  EXPECT_FALSE(slot.isHidden());
+}
+
 }  // namespace
 }  // namespace pelmora::render
