@@ -127,7 +127,7 @@ class Compositor:
     def __init__(self):
         self.screen = live.VirtualDisplay("3200x1000")
         self.xserver = Windows(self.screen.name)
-        self.runtime = tempfile.mkdtemp()
+        self.runtime = tempfile.mkdtemp(dir="/tmp")
         # It refuses to run as root.
         drop = []
         if os.geteuid() == 0:

@@ -60,7 +60,7 @@ class HostedCase(live.LiveCase):
     @classmethod
     def setUpClass(cls):
         super().setUpClass()
-        prefix = tempfile.mkdtemp()
+        prefix = tempfile.mkdtemp(dir="/tmp")
         cls.addClassCleanup(shutil.rmtree, prefix)
         os.chmod(prefix, 0o755)
         subprocess.run(["cmake", "--install", cls.build, "--prefix", prefix], check=True,

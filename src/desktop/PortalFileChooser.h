@@ -48,8 +48,8 @@ class PortalFileChooser : public QObject {
   void listen(bool isOn);
 
   QDBusConnection _bus;
-  QString _handle;  // of the request, while there is one
-  Chosen _chosen;   // null when the user is asked nothing
+  QString _handle;             // of the request, while there is one
+  Chosen _chosen;              // null when the user is asked nothing
   unsigned int _requests = 0;  // so far; the last is the one that the user is asked
 };
 

@@ -67,7 +67,8 @@ bool waylandAnswers() {
   address.sun_family = AF_UNIX;
   if (path.size() >= sizeof address.sun_path) return false;
   std::memcpy(address.sun_path, path.c_str(), path.size() + 1);
-  const int descriptor = socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0);
+  // One that takes no more connections does not answer: it is not waited for.
+  const int descriptor = socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0);
   if (descriptor < 0) return false;
   const auto* generic = reinterpret_cast<const sockaddr*>(&address);
   const bool answers = connect(descriptor, generic, sizeof address) == 0;

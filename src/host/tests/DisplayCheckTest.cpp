@@ -23,7 +23,7 @@ int listenAt(const FilePath& file) {
   std::memcpy(address.sun_path, path.c_str(), path.size());
   const int server = socket(AF_UNIX, SOCK_STREAM, 0);
   EXPECT_EQ(bind(server, reinterpret_cast<const sockaddr*>(&address), sizeof address), 0);
-  EXPECT_EQ(listen(server, 1), 0);
+  EXPECT_EQ(listen(server, 16), 0);
   return server;
 }
 
@@ -66,6 +66,17 @@ TEST_F(DisplayCheckTest, findsACompositorThatListens) {
   EXPECT_FALSE(checkDisplay());
   setenv("QT_QPA_PLATFORM", "xcb;wayland-egl:scale=1", 1);
   EXPECT_TRUE(checkDisplay());
+  close(server);
+}
+
+TEST_F(DisplayCheckTest, waitsForNoCompositorThatTakesNoMoreConnections) {
+  const platform::TemporaryFolder folder;
+  setenv("WAYLAND_DISPLAY", (folder.path() / "full").c_str(), 1);
+  const int server = listenAt(folder.path() / "full");
+  int taken = 0;
+  while (taken < 100 && compositorAnswers()) ++taken;
+  EXPECT_GT(taken, 0);
+  EXPECT_LT(taken, 100);
   close(server);
 }
 

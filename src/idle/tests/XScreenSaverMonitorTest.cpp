@@ -166,6 +166,7 @@ TEST_F(XScreenSaverMonitorTest, tellsOfIdlenessWhenTheDelayIsOver) {
 TEST_F(XScreenSaverMonitorTest, waitsForTheRestOfTheDelayWhenAnotherTimeoutWasShorter) {
   const OtherProgram other;
   start(600);
+  waitUntil([&other] { return other.timeout() == 600; });
   other.setTimeout(1);
   // The server goes on; what is left of the delay is waited for.
   waitUntil([this] { return monitor->isWaiting(); });
