@@ -3,7 +3,10 @@
 #include <gtest/gtest.h>
 #include <QtGlobal>
 
+#include <atomic>
 #include <cstdio>
+#include <cstdlib>
+#include <thread>
 
 namespace pelmora::host {
 
@@ -32,6 +35,23 @@ TEST(ConnectionLoss, isKnownByWhatQtWarnsOf) {
 TEST(ConnectionLoss, leavesTimeForTheLastWork) {
   EXPECT_EXIT(lose("The Wayland connection broke. Did the Wayland compositor die?"),
               testing::ExitedWithCode(1), "a warning.*the display has gone.*all is stopped\n$");
+}
+
+TEST(ConnectionLoss, letsNoOtherThreadEndTheProcessMeanwhile) {
+  const auto loseOnTwoThreads = [] {
+    const ConnectionLoss loss([] {
+      static std::atomic<bool> hasHeard = false;
+      std::thread([] {
+        hasHeard = true;
+        qWarning("The Wayland connection broke.");
+        std::_Exit(7);  // as Qt would
+      }).detach();
+      while (!hasHeard) std::this_thread::yield();
+      for (int i = 0; i < 10'000; ++i) std::this_thread::yield();
+    });
+    qWarning("The Wayland connection broke.");
+  };
+  EXPECT_EXIT(loseOnTwoThreads(), testing::ExitedWithCode(1), "the display has gone");
 }
 
 TEST(ConnectionLoss, isNotTakenFromOtherWarnings) {
