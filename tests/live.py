@@ -70,10 +70,10 @@ class LiveCase(unittest.TestCase):
         self.home = tempfile.mkdtemp()
         self.addCleanup(shutil.rmtree, self.home)
         self.env = {"PATH": os.environ["PATH"], "HOME": self.home, "TZ": "UTC"}
-        self.open_display()
         for name in ("ASAN_OPTIONS", "UBSAN_OPTIONS", "LSAN_OPTIONS", "TSAN_OPTIONS"):
             if name in os.environ:
                 self.env[name] = os.environ[name]
+        self.open_display()
         pictures = os.path.join(self.home, "pictures")
         os.mkdir(pictures)
         for number in range(8):
@@ -107,17 +107,24 @@ class LiveCase(unittest.TestCase):
         while not condition():
             self.assertLess(time.monotonic(), deadline, f"{what} did not come; the log:\n"
                             + saver.log.decode(errors="replace"))
-            ready, _, _ = select.select([saver.stderr], [], [], 0.05)
-            if ready:
-                saver.log += saver.stderr.read() or b""
+            self.read_log(saver)
             self.assertIsNone(saver.poll(), saver.log.decode(errors="replace"))
 
     def finish(self, saver):
-        """The run's exit status; the rest of its log is kept."""
-        os.set_blocking(saver.stderr.fileno(), True)
-        _, rest = saver.communicate(timeout=LIMIT)
-        saver.log += rest
+        """The run's exit status; the rest of its log is kept. A process that a library has started
+        may have the log open for longer, and is not waited for."""
+        deadline = time.monotonic() + LIMIT
+        while saver.poll() is None:
+            self.assertLess(time.monotonic(), deadline, "the saver did not end; the log:\n"
+                            + saver.log.decode(errors="replace"))
+            self.read_log(saver)
+        self.read_log(saver)
         return saver.returncode
+
+    def read_log(self, saver):
+        ready, _, _ = select.select([saver.stderr], [], [], 0.05)
+        if ready:
+            saver.log += saver.stderr.read() or b""
 
 
 def main():
