@@ -13,6 +13,7 @@ TEST_F(BusSignalTest, hearsTheSignalFromAnyoneUntilItGoes) {
   auto signal = std::make_unique<BusSignal>(
       bus, BusSignal::Name{"/org/example", "org.example.Thing", "Changed"},
       [&heard](const QDBusMessage& message) { heard.push_back(message.arguments()); });
+  settle();  // the bus has been told who listens
   other.emitSignal("/org/example", "org.example.Thing", "Another");
   other.emitSignal("/org/other", "org.example.Thing", "Changed");
   other.emitSignal("/org/example", "org.example.Thing", "Changed", {7, "x"});
