@@ -1,11 +1,14 @@
 #!/usr/bin/env python3
-"""Runs the saver on a Wayland compositor and looks at it: python3 live_wayland_test.py --pelmora PATH"""
+"""Runs the saver on a Wayland compositor and looks at it: python3 live_wayland_test.py --pelmora PATH
+--slow-callbacks PATH"""
 
+import argparse
 import os
+import shutil
 import signal
 import subprocess
+import sys
 import tempfile
-import shutil
 
 import compositor
 import live
@@ -31,8 +34,9 @@ class LiveWayland(live.LiveCase):
         self.env.update(WAYLAND_DISPLAY=self.compositor.name, XDG_RUNTIME_DIR=runtime,
                         XDG_SESSION_TYPE="wayland")
         # The toolkit keeps what it made of the connection, and the graphics drivers that it loads
-        # for it keep some of what they allocate.
-        self.env["ASAN_OPTIONS"] = self.env.get("ASAN_OPTIONS", "") + ":detect_leaks=0"
+        # for it keep some of what they allocate. What is loaded before the program comes first.
+        self.env["ASAN_OPTIONS"] = (self.env.get("ASAN_OPTIONS", "")
+                                    + ":detect_leaks=0:verify_asan_link_order=0")
 
     def is_covered(self, output):
         """A display that shows pictures on black up to its edges, and nothing of the desktop."""
@@ -140,6 +144,22 @@ class LiveWayland(live.LiveCase):
     def test_follows_displays_that_come_and_go_by_ordinary_windows(self):
         self.check_displays_come_and_go("--no-layers")
 
+    def check_displays_go_amid_frames(self, renderer):
+        self.env["LD_PRELOAD"] = slow_callbacks
+        saver = self.cover("--renderer", renderer)
+        for _ in range(3):
+            self.compositor.unplug(self.compositor.outputs()[-1])
+            new = self.compositor.plug_in()
+            self.wait_until(saver, lambda: self.is_covered(new), "a new display")
+        saver.terminate()
+        self.check_stopped(saver)
+
+    def test_loses_displays_amid_frames(self):
+        self.check_displays_go_amid_frames("software")
+
+    def test_loses_displays_amid_frames_of_the_graphics_processor(self):
+        self.check_displays_go_amid_frames("gpu")
+
     def test_follows_a_display_that_changes_its_size_and_scale(self):
         saver = self.cover()
         for words in (("resolution", "600x450"), ("scale", "2"), ("scale", "1.5")):
@@ -176,4 +196,8 @@ class LiveWayland(live.LiveCase):
 
 
 if __name__ == "__main__":
+    parser = argparse.ArgumentParser()
+    parser.add_argument("--slow-callbacks", required=True, help="a library to load before the saver")
+    options, sys.argv[1:] = parser.parse_known_args()
+    slow_callbacks = os.path.abspath(options.slow_callbacks)
     live.main()

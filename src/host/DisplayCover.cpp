@@ -63,6 +63,7 @@ void DisplayCover::cover(QScreen& screen) {
 void DisplayCover::uncover(QScreen& screen) {
   auto node = _covered.extract(&screen);
   if (node.empty()) return;
+  _windows.finishFrame(node.mapped().window);
   node.mapped().cover.reset();
   _windows.remove(node.mapped().window);
   // The keyboard was perhaps that window's.

@@ -14,6 +14,9 @@ namespace pelmora::host {
 
 namespace {
 
+/// Leaves the windows, which may still be drawn in, as they are; `quit` would close them.
+void endLoop() { QGuiApplication::exit(); }
+
 /// More random numbers than a card takes, and no multiple of what it takes.
 constexpr unsigned kDrawsApart = 997;
 
@@ -24,7 +27,7 @@ ServiceChoices choose(InputWatcher::Ends ends, bool verbose) {
   if (ends == InputWatcher::Ends::any) {
     choices.didStop = [] {
       QMetaObject::invokeMethod(
-          qApp, [] { QGuiApplication::quit(); }, Qt::QueuedConnection);
+          qApp, [] { endLoop(); }, Qt::QueuedConnection);
     };
   }
   return choices;
@@ -33,7 +36,7 @@ ServiceChoices choose(InputWatcher::Ends ends, bool verbose) {
 }  // namespace
 
 LiveSaver::LiveSaver(Renderer renderer, InputWatcher::Ends ends, bool verbose)
-    : _input(ends, [] { QGuiApplication::quit(); }),
+    : _input(ends, [] { endLoop(); }),
       _windows(renderer, _clock, _displays, choose(ends, verbose), _input),
       _connectionLoss([this] { windowSystemGone(); }) {}
 
@@ -95,16 +98,17 @@ void LiveSaver::windowSystemGone() {
 
 /// Without its server the toolkit cannot even be ended in an orderly way.
 void LiveSaver::hostWindowEnded(ForeignWindow::State state) {
-  if (state == ForeignWindow::State::destroyed) return QGuiApplication::quit();
+  if (state == ForeignWindow::State::destroyed) return endLoop();
   std::fputs("pelmora: the X server has gone away\n", stderr);
   windowSystemGone();
   std::_Exit(EXIT_FAILURE);
 }
 
 int LiveSaver::exec() {
-  const EndingSignals endingSignals([] { QGuiApplication::quit(); });
+  const EndingSignals endingSignals([] { endLoop(); });
   const int status = QGuiApplication::exec();
   const EndingLimit limit;
+  _windows.finishFrames();
   _cover.reset();
   _windows.hide();
   _windows.end();

@@ -1,11 +1,22 @@
 #include "host/ViewWindows.h"
 
+#include "wayland/FrameCallbacks.h"
+
 #include <QEvent>
 #include <QWindow>
 
+#include <chrono>
 #include <utility>
+#include <vector>
 
 namespace pelmora::host {
+
+namespace {
+
+/// With the compositor, which calls back for no window whose display has gone.
+constexpr std::chrono::milliseconds kPatience{100};
+
+}  // namespace
 
 ViewWindows::ViewWindows(Renderer renderer, platform::Clock& clock, platform::Displays& displays,
                          ServiceChoices choices, QObject& input)
@@ -25,7 +36,24 @@ QWindow& ViewWindows::add(ViewPlace place) {
   return window;
 }
 
+void ViewWindows::finishFrame(QWindow& window) {
+  const auto found = _shown.find(&window);
+  if (found == _shown.end()) return;
+  found->second.presenter->finishFrame();
+  wayland::awaitFrameCallbacks({&window}, kPatience);
+}
+
+void ViewWindows::finishFrames() {
+  std::vector<QWindow*> windows;
+  for (const auto& [key, shown] : _shown) {
+    shown.presenter->finishFrame();
+    windows.push_back(&shown.presenter->window());
+  }
+  wayland::awaitFrameCallbacks(windows, kPatience);
+}
+
 void ViewWindows::remove(QWindow& window) {
+  finishFrame(window);
   auto node = _shown.extract(&window);
   if (node.empty()) return;
   const std::size_t view = node.mapped().view;
@@ -40,6 +68,7 @@ void ViewWindows::remove(QWindow& window) {
 }
 
 void ViewWindows::hide() {
+  finishFrames();
   for (const auto& [key, shown] : _shown) shown.presenter->window().hide();
 }
 
@@ -50,6 +79,9 @@ bool ViewWindows::eventFilter(QObject* watched, QEvent* event) {
     case QEvent::Expose:
     case QEvent::ScreenChangeInternal:
       follow(*static_cast<QWindow*>(watched));
+      break;
+    case QEvent::Close:  // which destroys it
+      finishFrame(*static_cast<QWindow*>(watched));
       break;
     default:
       break;

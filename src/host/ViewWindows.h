@@ -23,6 +23,10 @@ class ViewWindows : public QObject {
 
   /// Makes a window, which is not shown yet, and starts its view there.
   [[nodiscard]] QWindow& add(ViewPlace place);
+  /// Waits a moment until nothing is being drawn in the window, or in any, which stays on the
+  /// screen and shows nothing new. Comes before anything else hides or destroys it.
+  void finishFrame(QWindow& window);
+  void finishFrames();
   /// Takes a window off the screen and its view out of the run; the window is not to be used again.
   void remove(QWindow& window);
   /// Takes all windows off the screen.

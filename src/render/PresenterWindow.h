@@ -15,6 +15,8 @@ namespace pelmora::render {
 class PresenterWindow : public Presenter {
  public:
   [[nodiscard]] virtual QWindow& window() = 0;
+  /// Returns when no frame is being drawn, should that be on another thread.
+  virtual void finishFrame() {}
   /// Frames drawn since the window was made.
   [[nodiscard]] virtual std::uint64_t framesDrawn() const = 0;
 };

@@ -61,6 +61,9 @@ void QuickWindow::submit(std::shared_ptr<const Snapshot> snapshot) {
   QCoreApplication::postEvent(this, new QEvent(kFrameWanted));
 }
 
+/// The rendering thread is asked to let go of what it can, which it answers between frames.
+void QuickWindow::finishFrame() { releaseResources(); }
+
 bool QuickWindow::event(QEvent* event) {
   if (event->type() != kFrameWanted) return QQuickWindow::event(event);
   _stage->update();

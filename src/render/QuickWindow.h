@@ -26,6 +26,7 @@ class QuickWindow : public QQuickWindow, public PresenterWindow {
   void submit(std::shared_ptr<const Snapshot> snapshot) override;
   [[nodiscard]] bool isHidden() const override { return _slot.isHidden(); }
   [[nodiscard]] QWindow& window() override { return *this; }
+  void finishFrame() override;
   [[nodiscard]] std::uint64_t framesDrawn() const override { return _framesDrawn; }
 
  protected:
