@@ -48,16 +48,6 @@ std::unique_ptr<desktop::SessionBus> connectToSession(platform::Log& log) {
       log);
 }
 
-/// With a clock of their own: a resolution that hangs keeps both.
-std::shared_ptr<const platform::Bookmarks> makeBookmarks() {
-  struct OwnBookmarks {
-    platform::SystemClock clock;
-    platform::LinuxBookmarks bookmarks{clock};
-  };
-  const auto own = std::make_shared<OwnBookmarks>();
-  return {own, &own->bookmarks};
-}
-
 /// A player that plays one track, as long as it lasts.
 class OneTrack : public platform::players::TrackSource {
  public:
@@ -77,7 +67,7 @@ struct LinuxServices::Parts {
                             : platform::SystemLog::StandardError::whenTerminal),
         files(std::make_shared<platform::PosixFiles>(), remoteMounts, log),
         userFolders(platform::processEnvironment()),
-        bookmarks(makeBookmarks(), files),
+        bookmarks(platform::makeLinuxBookmarks(), files),
         preferences(platform::defaultPreferencesPath(), log),
         embeddedTags(inspectorPath(), clock, log, platform::EmbeddedTags::kDeadline, &files),
         workspace(
@@ -168,6 +158,5 @@ void LinuxServices::giveUpWaiting() {
 }
 
 const platform::Services& LinuxServices::services() const { return _parts->services; }
-
 
 }  // namespace pelmora::host
