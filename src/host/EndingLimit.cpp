@@ -18,7 +18,7 @@ EndingLimit::EndingLimit(std::chrono::milliseconds limit) {
   try {
     _thread = std::thread([this, limit] { watch(limit); });
   } catch (const std::system_error&) {
-    // Then it takes as long as it takes.
+    _alarm.emplace(limit);
   }
 }
 

@@ -1,8 +1,11 @@
 #pragma once
 
+#include "host/EndingAlarm.h"
+
 #include <chrono>
 #include <condition_variable>
 #include <mutex>
+#include <optional>
 #include <thread>
 
 namespace pelmora::host {
@@ -26,6 +29,7 @@ class EndingLimit {
   std::condition_variable _ended;
   bool _hasEnded = false;  // under the mutex
   std::thread _thread;
+  std::optional<EndingAlarm> _alarm;  // instead of the thread, where none could be started
 };
 
 }  // namespace pelmora::host

@@ -56,16 +56,6 @@ std::unique_ptr<desktop::SessionBus> connectToSystem(platform::Log& log) {
       log, std::chrono::seconds(1), "The system's bus");
 }
 
-/// With a clock of their own: a resolution that hangs keeps both.
-std::shared_ptr<const platform::Bookmarks> makeBookmarks() {
-  struct OwnBookmarks {
-    platform::SystemClock clock;
-    platform::LinuxBookmarks bookmarks{clock};
-  };
-  const auto own = std::make_shared<OwnBookmarks>();
-  return {own, &own->bookmarks};
-}
-
 /// A player that plays one track, as long as it lasts.
 class OneTrack : public platform::players::TrackSource {
  public:
@@ -85,7 +75,7 @@ struct LinuxServices::Parts {
                             : platform::SystemLog::StandardError::whenTerminal),
         files(std::make_shared<platform::PosixFiles>(), remoteMounts, log),
         userFolders(platform::processEnvironment()),
-        bookmarks(makeBookmarks(), files),
+        bookmarks(platform::makeLinuxBookmarks(), files),
         preferences(platform::defaultPreferencesPath(), log),
         embeddedTags(inspectorPath(), clock, log, platform::EmbeddedTags::kDeadline, &files),
         workspace(

@@ -1,9 +1,9 @@
 #pragma once
 
 #include "platform/linux/FilePreferencesStore.h"
-#include "platform/linux/LinuxBookmarks.h"
-#include "platform/linux/PosixFiles.h"
-#include "platform/linux/SystemClock.h"
+#include "platform/linux/PatientBookmarks.h"
+#include "platform/linux/PatientFiles.h"
+#include "platform/linux/RemoteMounts.h"
 #include "platform/linux/SystemLog.h"
 #include "platform/linux/XdgUserFolders.h"
 #include "platform/PropertyList.h"
@@ -16,11 +16,11 @@ namespace pelmora::host {
 struct PreferenceTools {
   PreferenceTools();
 
-  platform::SystemClock clock;
   platform::SystemLog log;
-  platform::PosixFiles files;
+  platform::RemoteMounts remoteMounts;
+  platform::PatientFiles files;
   platform::XdgUserFolders userFolders;
-  platform::LinuxBookmarks bookmarks;
+  platform::PatientBookmarks bookmarks;
   platform::FilePreferencesStore preferences;
 };
 

@@ -36,6 +36,9 @@ class ImageLoader {
   /// Loads a file so that its longer side is at most `longestSide` device pixels (never enlarged),
   /// oriented upright and in sRGB. The error tells a person why it cannot be shown.
   [[nodiscard]] virtual Result<Image> load(const FilePath& file, int longestSide) = 0;
+  /// False while no file at all can be loaded, as what loads them is not to be had: the last error
+  /// then says nothing of its file.
+  [[nodiscard]] virtual bool isAtWork() const { return true; }
 };
 
 }  // namespace pelmora::platform

@@ -18,7 +18,7 @@ constexpr std::size_t kLongestThreadName = 15;  // bytes
 
 OperationQueue::OperationQueue(Config config)
     : _config{std::max<std::size_t>(config.maxConcurrentOperations, 1), config.qualityOfService,
-              std::move(config.name)} {}
+              std::move(config.name), std::move(config.startThread)} {}
 
 OperationQueue::~OperationQueue() {
   {
@@ -32,20 +32,20 @@ OperationQueue::~OperationQueue() {
 
 void OperationQueue::addOperation(std::shared_ptr<Operation> operation) {
   {
-    const std::lock_guard lock(_mutex);
+    std::unique_lock lock(_mutex);
     if (_ending) return;
-    if (!_suspended) startThreadsFor(_queued.size() + _running.size() + 1);
     _queued.push_back(std::move(operation));
+    if (!_suspended) startThreadsOrWork(lock);
   }
   _workArrived.notify_one();
 }
 
 void OperationQueue::setSuspended(bool suspended) {
   {
-    const std::lock_guard lock(_mutex);
+    std::unique_lock lock(_mutex);
     _suspended = suspended;
     if (_suspended || _ending) return;
-    startThreadsFor(_queued.size() + _running.size());
+    startThreadsOrWork(lock);
   }
   _workArrived.notify_all();
 }
@@ -76,13 +76,26 @@ void OperationQueue::waitUntilAllOperationsAreFinished() {
   _allDone.wait(lock, [this] { return _queued.empty() && _running.empty(); });
 }
 
-void OperationQueue::startThreadsFor(std::size_t operations) {
+/// Without a single thread whoever adds does the work.
+void OperationQueue::startThreadsOrWork(std::unique_lock<std::mutex>& lock) {
+  startThreads();
+  if (!_threads.empty() || _isWorkingHere) return;
+  _isWorkingHere = true;
+  while (_threads.empty() && !_ending && !_suspended && !_queued.empty()) {
+    runNext(lock);
+    startThreads();
+  }
+  _isWorkingHere = false;
+  if (_queued.empty() && _running.empty()) _allDone.notify_all();
+}
+
+void OperationQueue::startThreads() {
+  const std::size_t operations = _queued.size() + _running.size();
   const std::size_t wanted = std::min(operations, _config.maxConcurrentOperations);
   while (_threads.size() < wanted) {
     try {
-      _threads.emplace_back([this] { work(); });
+      _threads.push_back(_config.startThread([this] { work(); }));
     } catch (const std::system_error&) {
-      if (_threads.empty()) throw;
       return;  // the system is short of threads: those that run do all the work
     }
   }

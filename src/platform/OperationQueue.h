@@ -4,10 +4,12 @@
 #include <condition_variable>
 #include <cstddef>
 #include <deque>
+#include <functional>
 #include <memory>
 #include <mutex>
 #include <string>
 #include <thread>
+#include <utility>
 #include <vector>
 
 namespace pelmora::platform {
@@ -33,13 +35,17 @@ enum class QualityOfService { standard, background };
 /// input/output priority. Thread: any; an operation may add to its own queue, but neither wait for
 /// it nor destroy it. Destruction cancels, then waits for the running operations; what they add
 /// then is dropped. Ownership: an operation is let go before it counts as finished. Errors:
-/// `addOperation` throws when not a single thread can be started.
+/// where not a single thread can be started, whoever adds an operation runs it.
 class OperationQueue {
  public:
   struct Config {
     std::size_t maxConcurrentOperations = 1;
     QualityOfService qualityOfService = QualityOfService::standard;
     std::string name = {};  // of the queue; its threads have as much of it as the system allows
+    /// Throws as std::thread does.
+    std::function<std::thread(std::function<void()>)> startThread = [](std::function<void()> work) {
+      return std::thread(std::move(work));
+    };
   };
 
   explicit OperationQueue(Config config);
@@ -60,7 +66,8 @@ class OperationQueue {
  private:
   void work();
   void runNext(std::unique_lock<std::mutex>& lock);
-  void startThreadsFor(std::size_t operations);
+  void startThreads();
+  void startThreadsOrWork(std::unique_lock<std::mutex>& lock);
 
   const Config _config;
   mutable std::mutex _mutex;  // guards all below
@@ -69,6 +76,7 @@ class OperationQueue {
   std::deque<std::shared_ptr<Operation>> _queued;
   std::vector<std::shared_ptr<Operation>> _running;  // null: run, and about to be forgotten
   std::vector<std::thread> _threads;
+  bool _isWorkingHere = false;  // somebody who added runs operations
   bool _suspended = false;
   bool _ending = false;
 };

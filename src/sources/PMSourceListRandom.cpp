@@ -16,6 +16,7 @@ namespace {
 constexpr double kShareOfScreenHeight = 0.75;  // the longer side of a picture on its card
 constexpr double kHeightWithoutDisplays = 1080;
 constexpr std::uint64_t kMaxTries = 10;  // in one folder
+constexpr int kMostMisses = 10;          // in a row
 
 /// The most device pixels that a picture's longer side fills on any display.
 int longestSideOn(const std::vector<platform::Display>& displays) {
@@ -34,6 +35,7 @@ struct PMSourceList::Draw {
   std::uint64_t numFiles = 0;
   std::optional<platform::Image> image;
   FilePath url;
+  std::optional<Error> obstacle;  // that is no fault of the files'
 };
 
 Eligibility PMSourceList::eligibilityForScreen(std::uint64_t screenIndex) const {
@@ -79,7 +81,17 @@ std::shared_ptr<PMFolder> PMSourceList::randomFolderForScreen(std::uint64_t scre
         "Pelmora: With random number %llu, item %llu doesn't correspond to a folder",
         static_cast<unsigned long long>(number), static_cast<unsigned long long>(drawn.runningSum));
   }
+  countMisses(drawn.record != nullptr);
   return drawn.record;
+}
+
+/// The sums that the rough correction has made wrong would else stand still until the next walk or
+/// day, and the show with them.
+void PMSourceList::countMisses(bool isHit) {
+  _misses = isHit ? 0 : _misses + 1;
+  if (_misses < kMostMisses) return;
+  _misses = 0;
+  resetWeights();
 }
 
 std::optional<ImagePick> PMSourceList::randomImageAndURLForScreenIndex(std::uint64_t screenIndex) {
@@ -90,6 +102,12 @@ std::optional<ImagePick> PMSourceList::randomImageAndURLForScreenIndex(std::uint
     Draw draw;
     draw.longestSide = longestSide;
     drawImage(*folder, draw);
+    if (draw.obstacle) {
+      // The folder is to be there when pictures can be loaded again.
+      tellOfObstacle(*draw.obstacle);
+      return std::nullopt;
+    }
+    _isToldOfObstacle = false;
     if (draw.image) return ImagePick{*std::move(draw.image), std::move(draw.url)};
     _services.log.print("Pelmora: Giving up on folder '%s' because too many files are failing.",
                         folder->url.c_str());
@@ -125,6 +143,10 @@ void PMSourceList::drawImage(const PMFolder& folder, Draw& draw) const {
     if (index < draw.numFiles) {
       draw.url = fileIn(folder, isFiltered, index);
       auto image = _services.images.load(draw.url, draw.longestSide);
+      if (!image && !_services.images.isAtWork()) {
+        draw.obstacle = image.error();
+        return;
+      }
       if (!image) {
         _services.log.print("Pelmora: Cannot show '%s': %s", draw.url.c_str(),
                             image.error().message.c_str());
@@ -137,6 +159,12 @@ void PMSourceList::drawImage(const PMFolder& folder, Draw& draw) const {
     }
     ++tries;
   } while (!(draw.image && draw.image->isValid()) && tries < maxTries);
+}
+
+/// Once, however often it is tried.
+void PMSourceList::tellOfObstacle(const Error& obstacle) {
+  if (_isToldOfObstacle.exchange(true)) return;
+  _services.log.print("Pelmora: No picture can be loaded for now: %s", obstacle.message.c_str());
 }
 
 void PMSourceList::giveUp(const PMFolder& folder, std::uint64_t numFiles) {

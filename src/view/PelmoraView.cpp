@@ -329,6 +329,8 @@ void PelmoraView::stopAnimationMeat() {
 
 void PelmoraView::animateOneFrame() {
   const double now = _services.clock.now().seconds;
+  // A clock that was set back would keep the next card away until it is as late again.
+  if (now < _cycle->lastImageChangeTime) _cycle->lastImageChangeTime = now;
   if (now - _cycle->lastImageChangeTime > _delay) changeImages(now);
   if (_iTunesTrack && _iTunesTrack->iTunesType() == nowplaying::PMiTunesTrack::kFliesAround) {
     _iTunesTrack->flyAround();

@@ -31,6 +31,7 @@ Result<Image> FakeImageLoader::load(const FilePath& file, int longestSide) {
   {
     const std::lock_guard lock(_mutex);
     _loads.push_back({file, longestSide});
+    if (!_isAtWork) return Error{"nothing can be loaded"};
     if (_failsAll) return Error{"told to fail"};
     if (const auto failure = _failures.find(file); failure != _failures.end()) {
       return Error{failure->second};
@@ -41,6 +42,16 @@ Result<Image> FakeImageLoader::load(const FilePath& file, int longestSide) {
   }
   return Image{{static_cast<double>(size.width), static_cast<double>(size.height)},
                greyPixels(fitted(size, longestSide))};
+}
+
+bool FakeImageLoader::isAtWork() const {
+  const std::lock_guard lock(_mutex);
+  return _isAtWork;
+}
+
+void FakeImageLoader::setAtWork(bool isAtWork) {
+  const std::lock_guard lock(_mutex);
+  _isAtWork = isAtWork;
 }
 
 void FakeImageLoader::setDefaultSize(PixelSize size) {

@@ -21,6 +21,7 @@ class FakeImageLoader : public ImageLoader {
   };
 
   [[nodiscard]] Result<Image> load(const FilePath& file, int longestSide) override;
+  [[nodiscard]] bool isAtWork() const override;
 
   /// The size of the pictures for which no other is set.
   void setDefaultSize(PixelSize size);
@@ -29,6 +30,8 @@ class FakeImageLoader : public ImageLoader {
   void fail(const FilePath& file, std::string reason = "told to fail");
   /// From now on no file can be loaded.
   void failAll();
+  /// From now on no file can be loaded, which is not the files' fault; or it is over.
+  void setAtWork(bool isAtWork);
   /// From now on the file loads as a picture that is not valid.
   void makeInvalid(const FilePath& file);
 
@@ -43,6 +46,7 @@ class FakeImageLoader : public ImageLoader {
   std::map<FilePath, std::string> _failures;
   std::set<FilePath> _invalid;
   bool _failsAll = false;
+  bool _isAtWork = true;
   std::vector<Load> _loads;
 };
 

@@ -2,12 +2,12 @@
 
 #include "platform/AtomicFile.h"
 #include "platform/FileDescriptor.h"
+#include "platform/linux/FileLock.h"
 #include "platform/linux/MakeFolders.h"
 #include "platform/linux/XdgBaseFolders.h"
 #include "platform/SystemError.h"
 
 #include <fcntl.h>
-#include <sys/file.h>
 
 #include <cerrno>
 #include <utility>
@@ -19,17 +19,19 @@ namespace {
 /// Far more than every setting and bookmark takes.
 constexpr std::size_t kLargestFile = 16 << 20;
 
-/// Waits until no other process writes the preferences, then keeps them from it while it lives. The
-/// preferences themselves cannot be locked, as each writing replaces them.
+/// Waits until no other process writes the preferences, then keeps them from it while it lives; but
+/// not for ever for one that hangs. The preferences themselves cannot be locked, as each writing
+/// replaces them.
 class WritingLock {
  public:
-  static Result<WritingLock> take(const FilePath& file) {
+  static Result<WritingLock> take(const FilePath& file, const Patience& patience) {
     const FilePath beside(file.bytes() + ".lock");
     FileDescriptor descriptor(
         ::open(beside.c_str(), O_RDWR | O_CREAT | O_NONBLOCK | O_NOFOLLOW | O_CLOEXEC, 0600));
     if (!descriptor.isOpen()) return systemError(beside, errno);
-    while (::flock(descriptor.get(), LOCK_EX) != 0) {
-      if (errno != EINTR) return systemError(beside, errno);
+    if (!lockFile(descriptor.get(), patience)) {
+      if (errno == EWOULDBLOCK) return Error{beside.bytes() + ": Another program holds it locked"};
+      return systemError(beside, errno);
     }
     return WritingLock(std::move(descriptor));
   }
@@ -47,8 +49,9 @@ FilePath defaultPreferencesPath() {
   return config ? *config / "Pelmora" / "Preferences.plist" : FilePath();
 }
 
-FilePreferencesStore::FilePreferencesStore(FilePath file, Log& log)
-    : _file(std::move(file)), _log(log) {}
+FilePreferencesStore::FilePreferencesStore(FilePath file, Log& log,
+                                           std::chrono::milliseconds patience)
+    : _file(std::move(file)), _log(log), _patience(patience) {}
 
 void FilePreferencesStore::registerDefaults(plist::Dictionary defaults) {
   _defaults = std::move(defaults);
@@ -90,7 +93,7 @@ Status FilePreferencesStore::synchronize() {
   if (_changes.empty()) return Done{};
   if (_file.empty()) return Error{"There is no folder for the preferences"};
   if (Status folder = makeFolders(_file.parent()); !folder) return folder;
-  const Result<WritingLock> lock = WritingLock::take(_file);
+  const Result<WritingLock> lock = WritingLock::take(_file, {.atMost = _patience});
   if (!lock) return lock.error();
 
   sweepTemporaryFiles(_file);

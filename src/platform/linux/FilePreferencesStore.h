@@ -5,6 +5,7 @@
 #include "platform/PreferencesStore.h"
 #include "shared/FilePath.h"
 
+#include <chrono>
 #include <map>
 #include <optional>
 #include <string>
@@ -22,15 +23,18 @@ namespace pelmora::platform {
 /// logged and copied to "<file>.damaged", and what it held reads as never written. Thread: main.
 class FilePreferencesStore : public PreferencesStore {
  public:
-  FilePreferencesStore(FilePath file, Log& log);
+  static constexpr std::chrono::milliseconds kPatience{3'000};
+
+  /// `patience`: how long another process that writes is waited for.
+  FilePreferencesStore(FilePath file, Log& log, std::chrono::milliseconds patience = kPatience);
 
   void registerDefaults(plist::Dictionary defaults) override;
   [[nodiscard]] std::optional<plist::Value> objectForKey(std::string_view key) const override;
   [[nodiscard]] plist::Dictionary storedValues() const override;
   void setObject(std::string_view key, plist::Value value) override;
   void removeObject(std::string_view key) override;
-  /// An error when the file can be neither read nor written; the changes then wait for the next
-  /// call.
+  /// An error when the file can be neither read nor written, or another process does not end to
+  /// write it; the changes then wait for the next call.
   Status synchronize() override;
 
  private:
@@ -40,6 +44,7 @@ class FilePreferencesStore : public PreferencesStore {
 
   const FilePath _file;
   Log& _log;
+  const std::chrono::milliseconds _patience;
   plist::Dictionary _defaults;
   /// Set or, where there is no value, removed since the last `synchronize`.
   std::map<std::string, std::optional<plist::Value>, std::less<>> _changes;

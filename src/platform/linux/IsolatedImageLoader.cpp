@@ -8,6 +8,7 @@
 #include <sys/stat.h>
 
 #include <array>
+#include <atomic>
 #include <cerrno>
 #include <cstdint>
 #include <cstdio>
@@ -33,16 +34,26 @@ Error tooLarge(std::int64_t bytes) {
   return Error{text.data()};
 }
 
-Result<FileDescriptor> openPicture(const FilePath& file) {
+struct Opened {
+  Result<FileDescriptor> file;
+  bool isForWantOfMeans = false;  // that it could not be opened: no other could either
+};
+
+bool isWantOfMeans(int error) { return error == EMFILE || error == ENFILE || error == ENOMEM; }
+
+Opened openPicture(const FilePath& file) {
   // Without O_NONBLOCK, opening a named pipe would wait for its writer.
   FileDescriptor descriptor(open(file.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC | O_NOCTTY));
-  if (!descriptor.isOpen()) return Error{"it cannot be opened: " + systemErrorText(errno)};
+  if (!descriptor.isOpen()) {
+    const int error = errno;
+    return {Error{"it cannot be opened: " + systemErrorText(error)}, isWantOfMeans(error)};
+  }
   struct stat facts {};
-  if (fstat(descriptor.get(), &facts) != 0) return Error{"it cannot be examined"};
-  if (!S_ISREG(facts.st_mode)) return Error{"it is not a file"};
-  if (facts.st_size == 0) return Error{"it is empty"};
-  if (facts.st_size > kMaxFileBytes) return tooLarge(facts.st_size);
-  return descriptor;
+  if (fstat(descriptor.get(), &facts) != 0) return {Error{"it cannot be examined"}};
+  if (!S_ISREG(facts.st_mode)) return {Error{"it is not a file"}};
+  if (facts.st_size == 0) return {Error{"it is empty"}};
+  if (facts.st_size > kMaxFileBytes) return {tooLarge(facts.st_size)};
+  return {std::move(descriptor)};
 }
 
 }  // namespace
@@ -64,6 +75,7 @@ struct IsolatedImageLoader::State {
   std::vector<DecoderProcess> idle;  // the last one was used last
   std::vector<const Deadline*> waiting;
   bool isGivenUp = false;
+  std::atomic<bool> isAtWork = true;
 
   void beginToWait(const Deadline& until);
   bool endToWait(const Deadline& until);
@@ -121,12 +133,18 @@ Result<InspectedPicture> IsolatedImageLoader::State::askUntil(int descriptor, in
                                                               const Deadline& until) {
   while (std::optional<DecoderProcess> decoder = takeIdle()) {
     auto attempt = ask(*std::move(decoder), descriptor, longestSide, until);
-    if (attempt.wasTaken) return std::move(attempt.picture);
+    if (attempt.wasTaken) {
+      isAtWork = true;
+      return std::move(attempt.picture);
+    }
     if (until.isOver()) return tookTooLong(settings.deadline);
   }
   Result<DecoderProcess> decoder = start();
+  isAtWork = decoder.ok();
   if (!decoder) return decoder.error();
-  return ask(*std::move(decoder), descriptor, longestSide, until).picture;
+  auto attempt = ask(*std::move(decoder), descriptor, longestSide, until);
+  isAtWork = attempt.wasTaken;
+  return std::move(attempt.picture);
 }
 
 IsolatedImageLoader::IsolatedImageLoader(Settings settings)
@@ -145,10 +163,13 @@ Result<InspectedPicture> IsolatedImageLoader::inspect(const FilePath& file, int 
   const auto answer = files ? files->wait(file, [file] { return openPicture(file); })
                             : std::optional(openPicture(file));
   if (!answer) return Error{"its disk does not answer"};
-  const Result<FileDescriptor>& opened = *answer;
+  const Result<FileDescriptor>& opened = answer->file;
+  if (answer->isForWantOfMeans) _state->isAtWork = false;
   if (!opened) return opened.error();
   return _state->askUntilTaken(opened->get(), longestSide);
 }
+
+bool IsolatedImageLoader::isAtWork() const { return _state->isAtWork; }
 
 void IsolatedImageLoader::giveUp() {
   const std::lock_guard lock(_state->mutex);

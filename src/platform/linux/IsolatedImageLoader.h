@@ -29,6 +29,9 @@ class IsolatedImageLoader : public ImageLoader {
   ~IsolatedImageLoader() override;
 
   [[nodiscard]] Result<Image> load(const FilePath& file, int longestSide) override;
+  /// False since no process could be started, or the one that was ended without having looked at
+  /// anything, or since no file could be opened for want of descriptors or memory.
+  [[nodiscard]] bool isAtWork() const override;
   [[nodiscard]] Result<InspectedPicture> inspect(const FilePath& file, int longestSide);
   /// Gives up what is being loaded, and loads nothing more: for the end of a run.
   void giveUp();

@@ -4,6 +4,7 @@
 #include "platform/linux/CanonicalPath.h"
 #include "platform/linux/FolderIdentity.h"
 #include "platform/linux/PosixFiles.h"
+#include "platform/linux/SystemClock.h"
 
 #include <algorithm>
 
@@ -61,6 +62,15 @@ Result<FilePath> LinuxBookmarks::resolve(const plist::Bytes& bookmark) const {
   const auto folder = BookmarkResolver(*record, mounts, _clock, _limits).resolve();
   if (!folder) return Error{record->path.bytes() + ": the folder is gone"};
   return *folder;
+}
+
+std::shared_ptr<const Bookmarks> makeLinuxBookmarks() {
+  struct OwnBookmarks {
+    SystemClock clock;
+    LinuxBookmarks bookmarks{clock};
+  };
+  const auto own = std::make_shared<OwnBookmarks>();
+  return {own, &own->bookmarks};
 }
 
 }  // namespace pelmora::platform

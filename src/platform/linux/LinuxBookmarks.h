@@ -7,6 +7,7 @@
 #include "platform/linux/MountTable.h"
 
 #include <functional>
+#include <memory>
 #include <utility>
 
 namespace pelmora::platform {
@@ -32,5 +33,8 @@ class LinuxBookmarks : public Bookmarks {
   const SearchLimits _limits;
   const MountReader _readMounts;
 };
+
+/// With a clock of their own: a resolution that hangs keeps both.
+[[nodiscard]] std::shared_ptr<const Bookmarks> makeLinuxBookmarks();
 
 }  // namespace pelmora::platform

@@ -8,7 +8,10 @@
 
 #include <functional>
 #include <future>
+#include <system_error>
+#include <thread>
 #include <utility>
+#include <vector>
 
 namespace pelmora::platform {
 
@@ -262,6 +265,51 @@ TEST(OperationQueue, leavesThePriorityOfOtherThreadsAlone) {
   standard.waitUntilAllOperationsAreFinished();
   EXPECT_EQ(niceness, nicenessBefore);
   EXPECT_EQ(getpriority(PRIO_PROCESS, static_cast<id_t>(gettid())), nicenessBefore);
+}
+
+TEST(OperationQueue, runsOperationsWhereTheyAreAddedWhenNoThreadCanBeHad) {
+  const std::thread::id here = std::this_thread::get_id();
+  const auto startsNone = [](const std::function<void()>&) -> std::thread {
+    throw std::system_error(std::make_error_code(std::errc::resource_unavailable_try_again));
+  };
+  OperationQueue queue({.maxConcurrentOperations = 2, .startThread = startsNone});
+  std::vector<int> order;
+  queue.addOperation(operation([&] {
+    EXPECT_EQ(std::this_thread::get_id(), here);
+    // Not within another: a tree of folders would be as deep on the stack.
+    queue.addOperation(operation([&order] { order.push_back(2); }));
+    order.push_back(1);
+  }));
+  EXPECT_EQ(order, (std::vector<int>{1, 2}));
+  queue.setSuspended(true);
+  queue.addOperation(operation([&order] { order.push_back(3); }));
+  EXPECT_EQ(order.size(), 2U);
+  queue.setSuspended(false);
+  EXPECT_EQ(order, (std::vector<int>{1, 2, 3}));
+  queue.waitUntilAllOperationsAreFinished();
+  EXPECT_EQ(queue.operationCount(), 0U);
+}
+
+TEST(OperationQueue, leavesTheRestToAThreadAsSoonAsOneCanBeHad) {
+  int refusals = 2;
+  const auto startsLater = [&refusals](std::function<void()> work) {
+    if (refusals-- > 0) {
+      throw std::system_error(std::make_error_code(std::errc::resource_unavailable_try_again));
+    }
+    return std::thread(std::move(work));
+  };
+  OperationQueue queue({.startThread = startsLater});
+  std::vector<std::thread::id> ran;
+  const auto notes = [&ran] {
+    return operation([&ran] { ran.push_back(std::this_thread::get_id()); });
+  };
+  queue.setSuspended(true);
+  for (int i = 0; i < 3; ++i) queue.addOperation(notes());
+  queue.setSuspended(false);
+  queue.waitUntilAllOperationsAreFinished();
+  ASSERT_EQ(ran.size(), 3U);
+  EXPECT_EQ(ran.front(), std::this_thread::get_id());
+  EXPECT_NE(ran.back(), std::this_thread::get_id());
 }
 
 }  // namespace pelmora::platform

@@ -209,6 +209,33 @@ TEST_F(PMSourceListRandomTest, givesAFolderUpAfterAsManyTriesAsItHasFiles) {
       fakes.log.count("Pelmora: Giving up on folder '/a' because too many files are failing."), 1U);
 }
 
+TEST_F(PMSourceListRandomTest, keepsItsFoldersWhileNothingCanBeLoaded) {
+  const auto record = add("/a", 3);
+  for (int outage = 0; outage < 2; ++outage) {
+    fakes.images.setAtWork(false);
+    for (int i = 0; i < 4; ++i) EXPECT_FALSE(list->randomImageAndURLForScreenIndex(0));
+    EXPECT_EQ(list->dirItems(), std::vector{record});
+    fakes.images.setAtWork(true);
+    EXPECT_TRUE(list->randomImageAndURLForScreenIndex(0));
+  }
+  EXPECT_EQ(fakes.images.loads().size(), 10U);
+  EXPECT_EQ(fakes.log.count("Pelmora: No picture can be loaded for now: nothing can be loaded"),
+            2U);
+  EXPECT_EQ(fakes.log.lines().size(), 2U);
+}
+
+TEST_F(PMSourceListRandomTest, drawsAgainBeforeLongWhenTheWeightsWentWrong) {
+  add("/large", 1000);
+  add("/small", 3);
+  fakes.images.failAll();
+  while (list->dirItems().size() > 1) (void)list->randomImageAndURLForScreenIndex(0);
+  const FilePath left = list->dirItems().front()->url;
+  for (int i = 0; i < 20 && list->randomFolderForScreen(0) == nullptr; ++i) {
+  }
+  ASSERT_TRUE(list->randomFolderForScreen(0));
+  EXPECT_EQ(list->randomFolderForScreen(0)->url, left);
+}
+
 TEST_F(PMSourceListRandomTest, givesAFolderUpAfterTenTriesAtMost) {
   add("/a", 50);
   fakes.images.failAll();

@@ -111,6 +111,18 @@ TEST_F(AnimationCycle, withCardsShowingAFailedTryWaitsAFullDelay) {
   EXPECT_EQ(fakes.log.countContaining("doesn't correspond to a folder"), misses + 1);
 }
 
+TEST_F(AnimationCycle, aClockThatIsSetBackOrAheadKeepsNoCardAway) {
+  addPictures(8);
+  startView();
+  frames(2);
+  for (const double days : {-400.0, 800.0}) {
+    const std::size_t before = fakes.images.loads().size();
+    fakes.clock.setNow({fakes.clock.now().seconds + days * 86'400});
+    frames(10);  // 5 s; the delay is four
+    EXPECT_GT(fakes.images.loads().size(), before) << days;
+  }
+}
+
 TEST_F(AnimationCycle, readsCountAndDelayWhenTheAnimationStarts) {
   fakes.preferences.setObject("NumImages", 3);
   fakes.preferences.setObject("Delay", 2.5);

@@ -47,6 +47,16 @@ TEST(FakeImageLoader, failsWhereItIsToldTo) {
   EXPECT_FALSE(loader.load(kOther, 100).ok());
 }
 
+TEST(FakeImageLoader, isNotAtWorkWhileItIsToldSo) {
+  FakeImageLoader loader;
+  EXPECT_TRUE(loader.isAtWork());
+  loader.setAtWork(false);
+  EXPECT_FALSE(loader.isAtWork());
+  EXPECT_FALSE(loader.load(kOne, 100).ok());
+  loader.setAtWork(true);
+  EXPECT_TRUE(loader.load(kOne, 100).ok());
+}
+
 TEST(FakeImageLoader, givesInvalidPicturesWhereItIsToldTo) {
   FakeImageLoader loader;
   loader.makeInvalid(kOne);

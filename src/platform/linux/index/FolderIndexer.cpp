@@ -190,12 +190,18 @@ class FolderIndexer::Reading {
 FolderIndexer::Outcome FolderIndexer::update(const FilePath& path, MetadataStore::FolderId id,
                                              Unread unread,
                                              const std::function<void()>& batchDone) {
+  // Listed first: what does not answer is then not waited for here, which would have no limit.
+  const Result<std::shared_ptr<const Listing>> listing = _tools.files.list(path, FinalLink::follow);
+  Outcome outcome;
+  if (!listing) return outcome;
   const Folder folder{
       path, id, FileDescriptor(::open(path.c_str(), O_PATH | O_DIRECTORY | O_CLOEXEC)), unread};
-  Outcome outcome;
+  outcome.isListed = folder.descriptor.isOpen();
+  if (!outcome.isListed) return outcome;
   const std::uint64_t failures = _tools.store.failures();
   const auto isOver = [&] { return _tools.isOver() || _tools.store.failures() != failures; };
-  const std::vector<std::string> changed = changedFiles(folder, _tools.store.filesIn(id), outcome);
+  const std::vector<std::string> changed =
+      changedFiles(folder, **listing, _tools.store.filesIn(id), outcome);
   outcome.hasChanged = !changed.empty();
   for (std::size_t first = 0; first < changed.size() && !isOver(); first += kTurn) {
     const std::size_t count = std::min(kTurn, changed.size() - first);
@@ -207,13 +213,11 @@ FolderIndexer::Outcome FolderIndexer::update(const FilePath& path, MetadataStore
 
 /// The names of the files that have to be read; those that are gone are taken out of the store.
 std::vector<std::string> FolderIndexer::changedFiles(
-    const Folder& folder, std::unordered_map<std::string, IndexStamp> known, Outcome& outcome) {
+    const Folder& folder, const Listing& listing, std::unordered_map<std::string, IndexStamp> known,
+    Outcome& outcome) {
   std::vector<std::string> changed;
-  const auto listing = _tools.files.list(folder.path, FinalLink::follow);
-  outcome.isListed = listing && folder.descriptor.isOpen();
-  if (!outcome.isListed) return changed;
-  auto kind = (*listing)->kinds.begin();
-  for (const std::string_view entry : *(*listing)->names) {
+  auto kind = listing.kinds.begin();
+  for (const std::string_view entry : *listing.names) {
     if (*kind++ == EntryKind::folder) continue;
     std::string name(entry);
     const std::optional<IndexStamp> stamp = stampOf(folder.descriptor.get(), name.c_str());

@@ -55,7 +55,8 @@ class FolderIndexer {
   class Reading;
 
   [[nodiscard]] std::vector<std::string> changedFiles(
-      const Folder& folder, std::unordered_map<std::string, IndexStamp> known, Outcome& outcome);
+      const Folder& folder, const Listing& listing,
+      std::unordered_map<std::string, IndexStamp> known, Outcome& outcome);
   [[nodiscard]] bool isEnough(const Folder& folder, const IndexStamp& stored, const IndexStamp& now,
                               Outcome& outcome) const;
 

@@ -36,6 +36,7 @@ struct FolderWatcher::State {
   void notDue(Folder& folder);
 
   std::size_t mostWatches = 0;
+  Answers answers;
   InotifyQueue queue;
   std::unordered_map<FilePath, Folder> folders;
   std::unordered_multimap<InotifyQueue::Watch, Entry*> byWatch;
@@ -50,6 +51,10 @@ struct FolderWatcher::State {
 /// Watches what is found at the path now, and polls it where that is not enough.
 void FolderWatcher::State::renew(Entry& entry) {
   auto& [path, folder] = entry;
+  if (!answers(path)) {
+    setWatch(entry, std::nullopt);
+    return setPolled(folder, true, folder.took);
+  }
   const bool mayBeAdded = folder.watch || byWatch.size() < mostWatches;
   setWatch(entry, mayBeAdded ? queue.add(path) : std::nullopt);
   setPolled(folder, !folder.watch || !isOnLocalStorage(path), folder.took);
@@ -132,8 +137,10 @@ void FolderWatcher::State::notDue(Folder& folder) {
   folder.due.reset();
 }
 
-FolderWatcher::FolderWatcher(std::size_t mostWatches) : _state(std::make_unique<State>()) {
+FolderWatcher::FolderWatcher(std::size_t mostWatches, Answers answers)
+    : _state(std::make_unique<State>()) {
   _state->mostWatches = mostWatches;
+  _state->answers = std::move(answers);
 }
 
 FolderWatcher::~FolderWatcher() = default;

@@ -3,6 +3,7 @@
 #include "shared/FilePath.h"
 
 #include <cstddef>
+#include <functional>
 #include <limits>
 #include <memory>
 #include <optional>
@@ -39,8 +40,14 @@ class FolderWatcher {
   /// What became of it when a folder was to be watched.
   enum class Watching { byEvents, byPolling };
 
-  /// Takes `mostWatches` of the system's watches at most; the system has a limit of its own.
-  explicit FolderWatcher(std::size_t mostWatches = std::numeric_limits<std::size_t>::max());
+  /// Whether a folder is there and can be looked at without hanging.
+  using Answers = std::function<bool(const FilePath& folder)>;
+
+  /// Takes `mostWatches` of the system's watches at most; the system has a limit of its own. What
+  /// does not answer is polled, and watched as soon as it does.
+  explicit FolderWatcher(
+      std::size_t mostWatches = std::numeric_limits<std::size_t>::max(),
+      Answers answers = [](const FilePath&) { return true; });
   ~FolderWatcher();
   FolderWatcher(const FolderWatcher&) = delete;
   FolderWatcher& operator=(const FolderWatcher&) = delete;

@@ -2,7 +2,7 @@
 
 #include "platform/Clock.h"
 #include "platform/FileDescriptor.h"
-#include "platform/linux/index/FileLock.h"
+#include "platform/linux/FileLock.h"
 #include "shared/FilePath.h"
 
 #include <functional>

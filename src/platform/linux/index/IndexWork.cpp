@@ -35,7 +35,10 @@ IndexWork::IndexWork(Tools tools)
           [this](const std::string& problem) { _tools.log.print("Pelmora: %s", problem.c_str()); },
           {.atMost = _tools.patience, .isOver = _tools.isOver}),
       _generation(_store.generation()),
-      _watcher(_tools.mostWatches),
+      _watcher(_tools.mostWatches,
+               [this](const FilePath& folder) {
+                 return _tools.files.facts(folder, FinalLink::follow).has_value();
+               }),
       _turn(turnFile(_tools.file), _tools.clock,
             {.atMost = _tools.patience, .isOver = _tools.isOver}),
       _inspector(_tools.inspect, _tools.clock, _tools.log, _tools.isOver),

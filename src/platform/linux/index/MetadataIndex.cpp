@@ -12,6 +12,7 @@
 #include <atomic>
 #include <cmath>
 #include <mutex>
+#include <system_error>
 #include <thread>
 #include <utility>
 
@@ -28,7 +29,8 @@ class MetadataIndex::Thread {
 
   /// What is sent before the start is done then.
   void send(Command command);
-  void start();
+  /// False where no thread can be had; the next start tries again.
+  bool start();
   void wake() const { eventfd_write(_wake.get(), 1); }
   [[nodiscard]] IndexProgress progress() const;
 
@@ -62,8 +64,15 @@ void MetadataIndex::Thread::send(Command command) {
   wake();
 }
 
-void MetadataIndex::Thread::start() {
-  if (!_thread.joinable()) _thread = std::thread([this] { run(); });
+bool MetadataIndex::Thread::start() {
+  if (_thread.joinable()) return true;
+  try {
+    _thread = std::thread([this] { run(); });
+    return true;
+  } catch (const std::system_error& problem) {
+    _tools.log.print("Pelmora: Nothing can be searched for now: %s", problem.what());
+    return false;
+  }
 }
 
 IndexProgress MetadataIndex::Thread::progress() const {
@@ -174,7 +183,7 @@ void MetadataIndex::Query::setSearchScopes(SearchScopes scopes) {
 void MetadataIndex::Query::start() {
   _state->begin(++_starts);
   _thread.send([id = _id, number = _starts](IndexWork& work) { work.start(id, number); });
-  _thread.start();
+  if (!_thread.start()) _state->end();
 }
 
 void MetadataIndex::Query::stop() {
@@ -196,7 +205,7 @@ void MetadataIndex::suggestValues(std::string attribute, std::size_t count,
                                   std::function<void(std::vector<std::string>)> answer) {
   _thread->send([attribute = std::move(attribute), count, answer = std::move(answer)](
                     IndexWork& work) { answer(work.frequentTexts(attribute, count)); });
-  _thread->start();
+  (void)_thread->start();
 }
 
 }  // namespace pelmora::platform

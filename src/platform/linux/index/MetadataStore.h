@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/linux/index/FileLock.h"
+#include "platform/linux/FileLock.h"
 #include "platform/metadata/FileMetadata.h"
 #include "platform/predicate/Predicate.h"
 #include "shared/FilePath.h"

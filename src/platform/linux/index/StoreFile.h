@@ -1,7 +1,7 @@
 #pragma once
 
 #include "platform/FileDescriptor.h"
-#include "platform/linux/index/FileLock.h"
+#include "platform/linux/FileLock.h"
 #include "shared/FilePath.h"
 #include "shared/Result.h"
 

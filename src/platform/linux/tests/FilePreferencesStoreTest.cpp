@@ -2,8 +2,11 @@
 
 #include "platform/fake/RecordingLog.h"
 #include "platform/fake/TemporaryFolder.h"
+#include "platform/FileDescriptor.h"
 
+#include <fcntl.h>
 #include <gtest/gtest.h>
+#include <sys/file.h>
 #include <sys/stat.h>
 
 #include <cstdlib>
@@ -226,6 +229,21 @@ TEST(FilePreferencesStore, worksInMemoryWhereThereIsNoHome) {
   store.setObject("Delay", 2.5);
   EXPECT_EQ(store.objectForKey("Delay"), plist::Value(2.5));
   EXPECT_FALSE(store.synchronize());
+}
+
+TEST_F(FilePreferences, isNotWrittenWhileAnotherProcessHoldsItForEver) {
+  FilePreferencesStore store(file, log, std::chrono::milliseconds(1));
+  store.setObject("NumImages", 5);
+  ASSERT_TRUE(store.synchronize().ok());
+  const FileDescriptor other(::open((file.bytes() + ".lock").c_str(), O_RDWR | O_CLOEXEC));
+  ASSERT_EQ(::flock(other.get(), LOCK_EX), 0);
+  store.setObject("NumImages", 7);
+  EXPECT_EQ(store.synchronize().error().message,
+            file.bytes() + ".lock: Another program holds it locked");
+  EXPECT_EQ(storedOnDisk("NumImages"), plist::Value(5));
+  ASSERT_EQ(::flock(other.get(), LOCK_UN), 0);
+  EXPECT_TRUE(store.synchronize().ok());
+  EXPECT_EQ(storedOnDisk("NumImages"), plist::Value(7));
 }
 
 }  // namespace pelmora::platform

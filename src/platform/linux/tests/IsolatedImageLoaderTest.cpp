@@ -6,6 +6,7 @@
 
 #include <fcntl.h>
 #include <gtest/gtest.h>
+#include <sys/resource.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -196,8 +197,33 @@ TEST_F(IsolatedImageLoaderTest, saysThatItsProgramCannotBeStarted) {
   IsolatedImageLoader missing({.program = FilePath("/nonexistent/decoder")});
   EXPECT_EQ(reason(missing, file, 100),
             "the program /nonexistent/decoder cannot be started (No such file or directory)");
+  EXPECT_FALSE(missing.isAtWork());
   IsolatedImageLoader another({.program = FilePath("/bin/false")});
   EXPECT_EQ(reason(another, file, 100), "its decoder ended (status 1)");
+  EXPECT_FALSE(another.isAtWork());
+}
+
+TEST_F(IsolatedImageLoaderTest, isAtWorkWhateverAPictureDoesToItsDecoder) {
+  IsolatedImageLoader loader({.program = kFakeDecoder});
+  EXPECT_TRUE(loader.isAtWork());
+  EXPECT_NE(reason(loader, file, kDiesAfterReading), "");
+  EXPECT_TRUE(loader.isAtWork());
+  EXPECT_NE(reason(loader, folder.path() / "nowhere.jpg", kAnswersWell), "");
+  EXPECT_TRUE(loader.isAtWork());
+}
+
+TEST_F(IsolatedImageLoaderTest, isNotAtWorkWhileNoDescriptorCanBeHad) {
+  IsolatedImageLoader loader({.program = kFakeDecoder});
+  ASSERT_EQ(reason(loader, file, kAnswersWell), "");
+  rlimit before{};
+  ASSERT_EQ(getrlimit(RLIMIT_NOFILE, &before), 0);
+  const rlimit none{0, before.rlim_max};
+  ASSERT_EQ(setrlimit(RLIMIT_NOFILE, &none), 0);
+  EXPECT_EQ(reason(loader, file, kAnswersWell), "it cannot be opened: Too many open files");
+  EXPECT_FALSE(loader.isAtWork());
+  ASSERT_EQ(setrlimit(RLIMIT_NOFILE, &before), 0);
+  EXPECT_EQ(reason(loader, file, kAnswersWell), "");
+  EXPECT_TRUE(loader.isAtWork());
 }
 
 }  // namespace pelmora::platform

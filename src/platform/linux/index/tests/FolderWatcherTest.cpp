@@ -390,4 +390,18 @@ TEST(FolderWatcher, looksAtEverythingMoreAndMoreSeldomWhileEventsAreLost) {
   EXPECT_TRUE(watcher.changes(now + kQuiet).everythingMayHaveChanged);
 }
 
+TEST(FolderWatcher, pollsWhatDoesNotAnswerAndWatchesItAsSoonAsItDoes) {
+  const TemporaryFolder temporary;
+  const FilePath share = temporary.mkdir("share");
+  bool answers = false;
+  FolderWatcher watcher(10, [&answers](const FilePath&) { return answers; });
+  EXPECT_EQ(watcher.watch(share, 1), Watching::byPolling);
+  (void)temporary.write("share/a", "x");
+  EXPECT_FALSE(isReadable(watcher.descriptor()));
+  answers = true;
+  EXPECT_THAT(watcher.changes(1 + kShortestPause).folders, ElementsAre(share));
+  (void)temporary.write("share/b", "x");
+  EXPECT_TRUE(isReadable(watcher.descriptor()));
+}
+
 }  // namespace pelmora::platform

@@ -1,4 +1,4 @@
-#include "platform/linux/index/FileLock.h"
+#include "platform/linux/FileLock.h"
 
 #include <poll.h>
 #include <sys/file.h>

@@ -1,4 +1,4 @@
-#include "platform/linux/index/FileLock.h"
+#include "platform/linux/FileLock.h"
 
 #include "platform/fake/TemporaryFolder.h"
 #include "platform/FileDescriptor.h"

@@ -1,0 +1,165 @@
+"""What tests of faults share: a saver in a small window, from which something of the system is
+taken, and a judge of the files that it leaves behind."""
+
+import contextlib
+import ctypes
+import os
+import plistlib
+import shutil
+import sqlite3
+import subprocess
+import sys
+import tempfile
+import time
+
+sys.path.insert(0, os.path.dirname(os.path.dirname(os.path.abspath(__file__))))
+
+import keyedarchive  # noqa: E402 (the folder above is searched only now)
+import live  # noqa: E402
+import pngfile  # noqa: E402
+
+FIRST_PICTURE = b"The first picture is up."
+ENDING_LIMIT = 4  # seconds, from the signal on
+SET_CHILD_SUBREAPER = 36
+
+# Runs a command where nobody else sees what it mounts.
+NAMESPACE = ("unshare", "--user", "--map-root-user", "--mount")
+
+
+def in_shell(preparation, namespace=True):
+    """A command that goes before another one, in a namespace of mounts: first does the preparation."""
+    shell = ("sh", "-ec", preparation + '\nexec "$@"', "sh")
+    return (*NAMESPACE, *shell) if namespace else shell
+
+
+def as_ordinary_user():
+    """What goes before a command for which the rights of files are to count, even those of root."""
+    if os.geteuid() != 0:
+        return ()
+    return ("setpriv", "--bounding-set=-dac_override,-dac_read_search,-fowner")
+
+
+class FaultCase(live.LiveCase):
+    screen = "640x480"
+
+    def setUp(self):
+        super().setUp()
+        self.pictures = os.path.join(self.home, "pictures")
+        self.saver = None
+        # Without any address, libraries would start a bus of the display's own.
+        self.env["DBUS_SESSION_BUS_ADDRESS"] = "unix:path=" + os.path.join(self.home, "no bus")
+
+    # The run -------------------------------------------------------------------------------------
+
+    def begin(self, within=()):
+        self.began = time.monotonic()
+        self.saver = self.start("window", "--size", "300x200", within=within)
+
+    def wait_for_line(self, line, what):
+        self.wait_until(self.saver, lambda: line in self.saver.log, what)
+
+    def wait_for_first_picture(self):
+        self.wait_for_line(FIRST_PICTURE, "the first picture")
+        print(f"first picture after {time.monotonic() - self.began:.2f} s")
+
+    def display_list(self):
+        return os.path.join(self.home, ".cache", "Pelmora", "Screen 1 Log.txt")
+
+    def wait_for_cards(self, count=2):
+        """So many more, by the display list, which is written with each."""
+        for _ in range(count):
+            before = os.stat(self.display_list()).st_mtime_ns
+            self.wait_until(self.saver, lambda: os.stat(self.display_list()).st_mtime_ns != before,
+                            "the next card")
+
+    def end(self):
+        """Asks it to end, and holds it to what it promises."""
+        begin = time.monotonic()
+        self.saver.terminate()
+        status = self.finish(self.saver)
+        took = time.monotonic() - begin
+        print(f"ended after {took:.2f} s")
+        self.assertEqual(status, 0, self.log())
+        self.assertLess(took, ENDING_LIMIT, self.log())
+        self.assert_no_crash()
+
+    def log(self):
+        return self.saver.log.decode(errors="replace")
+
+    def assert_no_crash(self):
+        for word in (b"terminate called", b"Sanitizer", b"runtime error"):
+            self.assertNotIn(word, self.saver.log, self.log())
+
+    def tool(self, *words, within=(), limit=live.LIMIT):
+        """A finished run of one of the commands, and how many seconds it took."""
+        begin = time.monotonic()
+        done = subprocess.run([*within, self.program, *words], env=self.env, capture_output=True,
+                              timeout=limit, check=False)
+        return done, time.monotonic() - begin
+
+    def add_folder(self, *names, count=2):
+        folder = os.path.join(self.home, *names)
+        os.makedirs(folder, exist_ok=True)
+        for number in range(count):
+            with open(os.path.join(folder, f"picture {number}.png"), "wb") as file:
+                file.write(pngfile.encode(40, 30, (10, 20 * number % 256, 200)))
+        return folder
+
+    # The judge -----------------------------------------------------------------------------------
+
+    def assert_files_are_whole(self):
+        """What has been written can be read by others, and nothing half-written lies about."""
+        config = os.path.join(self.home, ".config", "Pelmora")
+        cache = os.path.join(self.home, ".cache", "Pelmora")
+        with open(os.path.join(config, "Preferences.plist"), "rb") as file:
+            self.assertIsInstance(plistlib.load(file), dict)
+        self.assert_archive_is_whole(os.path.join(cache, "FolderCache.plist"))
+        self.assert_index_is_whole(os.path.join(cache, "Metadata.sqlite"))
+        self.assert_list_is_whole(self.display_list())
+
+    def assert_archive_is_whole(self, path):
+        with contextlib.suppress(FileNotFoundError):
+            with open(path, "rb") as file:
+                self.assertIsInstance(keyedarchive.KeyedArchive(file.read()).root(), dict)
+
+    def assert_index_is_whole(self, path):
+        """By a copy: opening the database itself would mend it."""
+        if not os.path.exists(path) or os.path.getsize(path) == 0:
+            return
+        with tempfile.TemporaryDirectory() as folder:
+            for suffix in ("", "-wal"):
+                if os.path.exists(path + suffix):
+                    shutil.copy(path + suffix, folder)
+            with contextlib.closing(sqlite3.connect(os.path.join(folder,
+                                                                 "Metadata.sqlite"))) as database:
+                self.assertEqual(database.execute("PRAGMA integrity_check").fetchall(), [("ok",)])
+
+    def assert_list_is_whole(self, path):
+        """Empty, or the names of pictures, each ended by a carriage return."""
+        with contextlib.suppress(FileNotFoundError):
+            with open(path, "rb") as file:
+                text = file.read().decode("utf-16")
+            for name in text.split("\r")[:-1]:
+                self.assertTrue(os.path.exists(name), text)
+            self.assertTrue(text == "" or text.endswith("\r"), text)
+
+    def assert_nothing_is_left_over(self):
+        """No temporary file, once a run has ended that could sweep."""
+        for folder, _, names in os.walk(self.home):
+            for name in names:
+                self.assertNotIn(".tmp-", name, folder)
+
+
+def become_reaper():
+    """Processes whose parents die become this one's, and can be counted."""
+    ctypes.CDLL(None).prctl(SET_CHILD_SUBREAPER, 1, 0, 0, 0)
+
+
+def children():
+    """The process ids of this one's children."""
+    with open(f"/proc/self/task/{os.getpid()}/children", encoding="ascii") as file:
+        return [int(word) for word in file.read().split()]
+
+
+def main():
+    live.main()
