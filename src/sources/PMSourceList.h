@@ -5,11 +5,11 @@
 #include "platform/OperationQueue.h"
 #include "platform/predicate/Predicate.h"
 #include "platform/PreferencesStore.h"
-#include "platform/ReadWriteLock.h"
 #include "platform/Services.h"
 #include "shared/FilePath.h"
 #include "shared/ReferenceTime.h"
 #include "sources/FolderRecords.h"
+#include "sources/LockGuards.h"
 #include "sources/MainTurns.h"
 #include "sources/QueueObserver.h"
 #include "sources/SourceEntries.h"
@@ -38,10 +38,10 @@ struct ImagePick {
 /// choice among those. One list serves all views: the first that loads it starts the walk, the last
 /// that unloads it empties it. Thread: made, loaded, unloaded and ended on main; the lookups and
 /// the choice from any. Locks: `dirItemsLock` guards the records, `weightsSumLock` the weights,
-/// `spotlightScopesLock` the filter and its scopes; of the first two, `dirItemsLock` is taken
-/// first. A lock call that fails is logged, and the work goes on. Ownership: everything in
-/// `services` outlives it. Destruction cancels the walk and waits for the folders under way.
-/// Errors: what cannot be read is logged, and left out.
+/// `spotlightScopesLock` the filter and its scopes, and is held alone; of the first two,
+/// `dirItemsLock` is taken first. A lock call that fails is logged, and the work goes on.
+/// Ownership: everything in `services` outlives it. Destruction cancels the walk and waits for the
+/// folders under way. Errors: what cannot be read is logged, and left out.
 class PMSourceList {
  public:
   /// The one list of the process, made on first use.
@@ -155,9 +155,9 @@ class PMSourceList {
   [[nodiscard]] std::vector<std::uint64_t> weightsSums() const;
   [[nodiscard]] std::string description() const;
 
-  mutable platform::ReadWriteLock dirItemsLock;
-  mutable platform::ReadWriteLock weightsSumLock;
-  mutable platform::ReadWriteLock spotlightScopesLock;
+  mutable ListLock dirItemsLock{LockPlace::items};
+  mutable ListLock weightsSumLock{LockPlace::weights};
+  mutable ListLock spotlightScopesLock{LockPlace::scopes};
 
  private:
   struct Draw;

@@ -12,7 +12,7 @@ namespace pelmora::sources {
 
 namespace {
 
-bool canBeWritten(platform::ReadWriteLock& lock) {
+bool canBeWritten(ListLock& lock) {
   bool written = false;
   // Another thread, since one that holds the lock gets an error instead.
   std::thread([&] {
@@ -25,7 +25,7 @@ bool canBeWritten(platform::ReadWriteLock& lock) {
 }  // namespace
 
 TEST(LockGuards, giveTheLockBack) {
-  platform::ReadWriteLock lock;
+  ListLock lock;
   platform::RecordingLog log;
   { const ReadGuard guard(lock, log); }
   EXPECT_TRUE(canBeWritten(lock));
@@ -35,7 +35,7 @@ TEST(LockGuards, giveTheLockBack) {
 }
 
 TEST(LockGuards, letSeveralRead) {
-  platform::ReadWriteLock lock;
+  ListLock lock;
   platform::RecordingLog log;
   const ReadGuard first(lock, log);
   std::thread([&] { const ReadGuard second(lock, log); }).join();
@@ -43,7 +43,7 @@ TEST(LockGuards, letSeveralRead) {
 }
 
 TEST(LockGuards, logAFailedLockAndGoOnWithoutIt) {
-  platform::ReadWriteLock lock;
+  ListLock lock;
   platform::RecordingLog log;
   {
     const WriteGuard held(lock);
@@ -60,12 +60,24 @@ TEST(LockGuards, logAFailedLockAndGoOnWithoutIt) {
 }
 
 TEST(LockGuards, failSilentlyWithoutALog) {
-  platform::ReadWriteLock lock;
+  ListLock lock;
   {
     const WriteGuard held(lock);
     const WriteGuard failed(lock);
   }
   EXPECT_TRUE(canBeWritten(lock));
+}
+
+TEST(LockGuards, endADebugBuildThatTakesLocksOutOfTheirOrder) {
+  ListLock items(LockPlace::items);
+  ListLock weights(LockPlace::weights);
+  const auto takeBoth = [](ListLock& first, ListLock& second) {
+    const WriteGuard outer(first);
+    const WriteGuard inner(second);
+  };
+  takeBoth(items, weights);
+  takeBoth(items, weights);  // both were given back
+  EXPECT_DEBUG_DEATH(takeBoth(weights, items), "order of locks: the records are locked after");
 }
 
 }  // namespace pelmora::sources

@@ -1,4 +1,3 @@
-#include "sources/LockGuards.h"
 #include "sources/PMSourceList.h"
 #include "sources/tests/SourcesTest.h"
 
@@ -296,8 +295,8 @@ TEST_F(PMSourceListRandomTest, logsFailedLocksWithTheirOwnWordsAndGoesOn) {
   add("/a", 5);
   const std::string error = std::to_string(EDEADLK);
   {
-    const WriteGuard items(list->dirItemsLock);
-    const WriteGuard sums(list->weightsSumLock);
+    const HeldLock items(list->dirItemsLock);
+    const HeldLock sums(list->weightsSumLock);
     EXPECT_TRUE(list->randomFolderForScreen(0));
   }
   const std::string failed = "Pelmora: Trying to get a rdlock failed: " + error;

@@ -1,6 +1,5 @@
 #include "sources/PMSourceList.h"
 
-#include "sources/LockGuards.h"
 #include "sources/tests/SourcesTest.h"
 
 #include <gmock/gmock.h>
@@ -311,7 +310,7 @@ TEST_F(PMSourceListTest, logsAFailedReadLockAndGoesOn) {
   load({{.folder = p}});
   fakes.log.clear();
   {
-    const WriteGuard held(list->dirItemsLock);
+    const HeldLock held(list->dirItemsLock);
     EXPECT_TRUE(list->getFolderAtIndex(0));
     EXPECT_EQ(fakes.log.lines(), Names{failedLock});
     EXPECT_EQ(list->indexOfEnumeratedFolderWithURL(p), 0U);
@@ -325,8 +324,8 @@ TEST_F(PMSourceListTest, logsAFailedReadLockAndGoesOn) {
 TEST_F(PMSourceListTest, saysNothingOfAFailedWriteLock) {
   makeList();
   {
-    const WriteGuard items(list->dirItemsLock);
-    const WriteGuard weights(list->weightsSumLock);
+    const HeldLock items(list->dirItemsLock);
+    const HeldLock weights(list->weightsSumLock);
     list->addFolder(makeFolder("/x", 1), 0, true);
     list->clearAll();
   }

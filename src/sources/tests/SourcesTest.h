@@ -116,6 +116,19 @@ class SourcesTest : public testing::Test {
   std::unique_ptr<PMSourceList> list;
 };
 
+/// Holds a lock without the guards, which keep the order of the locks: whoever asks for it on this
+/// thread gets an error.
+class HeldLock {
+ public:
+  explicit HeldLock(ListLock& lock) : _lock(lock) { EXPECT_EQ(lock.lockForWriting(), 0); }
+  ~HeldLock() { _lock.unlock(); }
+  HeldLock(const HeldLock&) = delete;
+  HeldLock& operator=(const HeldLock&) = delete;
+
+ private:
+  ListLock& _lock;
+};
+
 /// An operation that does nothing but be cancelled.
 class IdleOperation : public platform::Operation {
  public:
