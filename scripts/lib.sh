@@ -26,6 +26,7 @@ packages_test=(
 packages_package=(dpkg-dev lintian)
 packages_pictures=(attr librsvg2-bin optipng pngquant webp)
 packages_check=(clang-format git python3)
+packages_coverage=(gcovr python3)
 packages_tidy=(clang-tidy)
 packages_fuzz=(clang libclang-rt-dev)
 # Since Debian 13 what reads HEIC and AVIF, and for the tests writes them, are plug-ins.
