@@ -1,0 +1,203 @@
+#!/usr/bin/env python3
+"""Lets the saver run in a window of a virtual X display for long, looks every minute at what it
+holds, and ends with a table and a verdict: python3 live_soak.py --pelmora PATH --minutes 120"""
+
+import argparse
+import collections
+import os
+import shutil
+import signal
+import statistics
+import subprocess
+import sys
+import tempfile
+import time
+
+import live
+
+SIZE = "1280x720"
+PICTURES = 10_000
+IN_A_FOLDER = 50
+LOOK = 0.25  # seconds between two looks at whether the saver draws
+# A frame wakes the thread that presents at least once, and an entrance has sixty a second.
+AT_REST = 2  # wake-ups of that thread between two looks, at most
+
+# What may be more in the last third of the run than in the second.
+MOST_GROWTH = 0.05  # of the memory
+MOST_KIB = 8192  # of the memory, if that is more
+# The entrance of a card takes a second or two of the four and a half from card to card.
+LEAST_REST = 0.4  # of all looks
+
+Sample = collections.namedtuple(
+    "Sample", "seconds rss descriptors threads helper_rss helper_descriptors switches processor rest")
+
+
+def status_of(process, *names):
+    """Numbers of /proc/PID/status, 0 for a process that has gone."""
+    try:
+        with open(f"/proc/{process}/status", encoding="utf-8") as file:
+            lines = dict(line.split(":", 1) for line in file)
+    except OSError:
+        return [0] * len(names)
+    return [int(lines.get(name, "0").split()[0]) for name in names]
+
+
+def descriptors_of(process):
+    try:
+        return len(os.listdir(f"/proc/{process}/fd"))
+    except OSError:
+        return 0
+
+
+def processor_of(process):
+    """The processor time that all its threads took, in seconds."""
+    with open(f"/proc/{process}/stat", encoding="utf-8") as file:
+        fields = file.read().rpartition(")")[2].split()
+    return (int(fields[11]) + int(fields[12])) / os.sysconf("SC_CLK_TCK")
+
+
+def helpers_of(process):
+    """The processes that it started, such as the decoder."""
+    found = []
+    for thread in os.listdir(f"/proc/{process}/task"):
+        with open(f"/proc/{process}/task/{thread}/children", encoding="utf-8") as file:
+            found += file.read().split()
+    return found
+
+
+def switches_of(process):
+    """How often all its threads went to sleep by themselves."""
+    return sum(status_of(f"{process}/task/{thread}", "voluntary_ctxt_switches")[0]
+               for thread in os.listdir(f"/proc/{process}/task"))
+
+
+def make_pictures(program, env, folder):
+    """A tree of hard links to a few real photographs."""
+    subprocess.run([program, "render", "--samples", "--out", os.path.join(env["HOME"], "one.png")],
+                   env={**env, "QT_QPA_PLATFORM": "offscreen"}, check=True, timeout=live.LIMIT * 3,
+                   stderr=subprocess.DEVNULL)
+    samples = os.path.join(env["HOME"], ".cache", "Pelmora", "Sample Pictures")
+    originals = [os.path.join(samples, name) for name in sorted(os.listdir(samples))
+                 if name.endswith(".jpg")]
+    for number in range(PICTURES):
+        place = os.path.join(folder, f"folder {number // IN_A_FOLDER}")
+        os.makedirs(place, exist_ok=True)
+        original = originals[number * 7 % len(originals)]
+        os.link(original, os.path.join(place, f"{number} {os.path.basename(original)}"))
+
+
+def take_sample(saver, started, looks):
+    rss, threads = status_of(saver.pid, "VmRSS", "Threads")
+    helpers = helpers_of(saver.pid)
+    return Sample(time.monotonic() - started, rss, descriptors_of(saver.pid), threads,
+                  sum(status_of(helper, "VmRSS")[0] for helper in helpers),
+                  sum(descriptors_of(helper) for helper in helpers), switches_of(saver.pid),
+                  processor_of(saver.pid), sum(looks) / len(looks) if looks else 0)
+
+
+def watch(saver, minutes):
+    """A sample a minute, until the time is over or the saver ends."""
+    started = time.monotonic()
+    samples, looks, switches = [], [], None
+    while saver.poll() is None and time.monotonic() - started < minutes * 60 + 1:
+        now, = status_of(f"{saver.pid}/task/{saver.pid}", "voluntary_ctxt_switches")
+        if switches is not None:
+            looks.append(now - switches <= AT_REST)
+        switches = now
+        if time.monotonic() - started >= (len(samples) + 1) * 60:
+            samples.append(take_sample(saver, started, looks))
+            looks.clear()
+            print_row(samples[-1], samples[-2] if len(samples) > 1 else None)
+        try:
+            saver.wait(LOOK)
+        except subprocess.TimeoutExpired:
+            pass
+    return samples
+
+
+def print_row(sample, before):
+    # The first minute's row is of all since the start.
+    span = sample.seconds - before.seconds if before else sample.seconds
+    switches = sample.switches - (before.switches if before else 0)
+    processor = sample.processor - (before.processor if before else 0)
+    print(f"{sample.seconds / 60:6.0f} {sample.rss:9d} {sample.descriptors:6d} {sample.threads:7d}"
+          f" {sample.helper_rss:10d} {sample.helper_descriptors:8d} {switches / span:10.1f}"
+          f" {processor / span:9.3f} {sample.rest:7.2f}", flush=True)
+
+
+def growths(samples):
+    """What grew from the second third to the last by more than it may: a line each."""
+    third = len(samples) // 3
+    middle, last = samples[third:2 * third], samples[2 * third:]
+
+    def both(name):
+        return [statistics.median(getattr(sample, name) for sample in part)
+                for part in (middle, last)]
+
+    for name, what in (("rss", "memory"), ("helper_rss", "memory of the decoder")):
+        before, after = both(name)
+        if after - before > max(MOST_KIB, before * MOST_GROWTH):
+            yield f"{what} grew from {before:.0f} to {after:.0f} KiB"
+    for name in ("descriptors", "threads", "helper_descriptors"):
+        before, after = both(name)
+        if after > before:
+            yield f"{name} grew from {before:g} to {after:g}"
+    rest = statistics.median(sample.rest for sample in samples)
+    if rest < LEAST_REST:
+        yield f"it draws while nothing moves: at rest in {rest:.2f} of the looks alone"
+
+
+def run(program, minutes):
+    home = tempfile.mkdtemp()
+    display = live.VirtualDisplay(SIZE)
+    saver = None
+    try:
+        env = {"PATH": os.environ["PATH"], "HOME": home, "DISPLAY": display.name, "TZ": "UTC",
+               "QT_QPA_PLATFORM": "xcb"}
+        pictures = os.path.join(home, ".cache", "pictures")
+        os.makedirs(pictures)
+        make_pictures(program, env, pictures)
+        subprocess.run([program, "sources", "add", pictures], env=env, check=True,
+                       timeout=live.LIMIT)
+        print("minute  KiB RSS  files threads  decoder KiB  files switches/s processor at rest",
+              flush=True)
+        with open(os.path.join(home, "log"), "wb") as log:
+            saver = subprocess.Popen([program, "window", "--size", SIZE, "--verbose"], env=env,
+                                     stderr=log)
+            samples = watch(saver, minutes)
+            if saver.poll() is not None:
+                return [f"the saver ended by itself with status {saver.returncode}"]
+            problems = list(growths(samples))
+            if display.lit(0, 0, 1280, 720) < 0.05:
+                problems.append("nothing is on the display")
+            saver.send_signal(signal.SIGTERM)
+            if saver.wait(live.LIMIT) != 0:
+                problems.append(f"the saver ended with status {saver.returncode}")
+        with open(os.path.join(home, "log"), encoding="utf-8", errors="replace") as log:
+            text = log.read()
+        problems += [line for line in text.splitlines() if "Cannot show" in line][:5]
+        return problems
+    finally:
+        if saver is not None and saver.poll() is None:
+            saver.kill()
+            saver.wait()
+        display.close()
+        shutil.rmtree(home)
+
+
+def main():
+    parser = argparse.ArgumentParser()
+    parser.add_argument("--pelmora", required=True, help="the saver to run")
+    parser.add_argument("--minutes", type=float, default=120, help="for how long (default 120)")
+    options = parser.parse_args()
+    if not options.minutes >= 3:
+        parser.error("--minutes: a verdict wants three minutes at least")
+    problems = run(os.path.abspath(options.pelmora), options.minutes)
+    for problem in problems:
+        print(f"FAILED: {problem}")
+    print("verdict: " + ("FAILED" if problems else "flat"))
+    return 1 if problems else 0
+
+
+if __name__ == "__main__":
+    sys.exit(main())

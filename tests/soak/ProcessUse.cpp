@@ -1,0 +1,74 @@
+#include "ProcessUse.h"
+
+#include <malloc.h>
+
+#include <algorithm>
+#include <cstddef>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+
+namespace pelmora::soak {
+
+namespace {
+
+constexpr double kMostGrowth = 0.05;
+constexpr long kMostKilobytes = 8192;
+
+long statusNumber(const std::string& name) {
+  std::ifstream status("/proc/self/status");
+  for (std::string line; std::getline(status, line);) {
+    if (line.starts_with(name + ":")) return std::stol(line.substr(name.size() + 1));
+  }
+  return 0;
+}
+
+long entriesOf(const char* folder) {
+  const std::filesystem::directory_iterator entries(folder);
+  // One of the descriptors is that of the listing.
+  return std::distance(begin(entries), end(entries)) - 1;
+}
+
+long median(const std::vector<ProcessUse>& samples, std::size_t from, std::size_t to,
+            long ProcessUse::*member) {
+  std::vector<long> values;
+  for (std::size_t i = from; i < to; ++i) values.push_back(samples[i].*member);
+  std::sort(values.begin(), values.end());
+  return values[values.size() / 2];
+}
+
+}  // namespace
+
+ProcessUse ProcessUse::now() {
+  // What was freed is nobody's, wherever the allocator keeps it.
+  malloc_trim(0);
+  return {.kilobytes = statusNumber("VmRSS"),
+          .descriptors = entriesOf("/proc/self/fd"),
+          .threads = statusNumber("Threads")};
+}
+
+std::vector<std::string> growth(const std::vector<ProcessUse>& samples) {
+  std::vector<std::string> grown;
+  const std::size_t third = samples.size() / 3;
+  const std::size_t twoThirds = samples.size() - std::max<std::size_t>(third, 1);
+  if (twoThirds <= third) return grown;
+  const auto compare = [&](const char* what, long ProcessUse::*member, long allowance) {
+    const long before = median(samples, third, twoThirds, member);
+    const long after = median(samples, twoThirds, samples.size(), member);
+    const long most =
+        allowance == 0
+            ? before
+            : before +
+                  std::max(allowance, static_cast<long>(static_cast<double>(before) * kMostGrowth));
+    if (after > most) {
+      grown.push_back(std::string(what) + " grew from " + std::to_string(before) + " to " +
+                      std::to_string(after));
+    }
+  };
+  compare("the memory (KiB)", &ProcessUse::kilobytes, kMostKilobytes);
+  compare("the number of descriptors", &ProcessUse::descriptors, 0);
+  compare("the number of threads", &ProcessUse::threads, 0);
+  return grown;
+}
+
+}  // namespace pelmora::soak
