@@ -185,7 +185,6 @@ class PMSourceList {
   [[nodiscard]] FilePath fileIn(const PMFolder& folder, bool isFiltered, std::uint64_t index) const;
   void drawImage(const PMFolder& folder, Draw& draw) const;
   void tellOfObstacle(const Error& obstacle);
-  void countMisses(bool isHit);
   void giveUp(const PMFolder& folder, std::uint64_t numFiles);
   void subtractFromWeights(std::uint64_t numFiles);
 
@@ -193,7 +192,6 @@ class PMSourceList {
   const ReferenceTime _startDate;
   std::atomic<int> _currentDay;
   std::atomic<bool> _isToldOfObstacle{false};
-  std::atomic<int> _misses{0};           // draws in a row that found no folder
   std::atomic<bool> _isFiltered{false};  // whether there is a _queer
 
   FolderRecords _dirItems;                  // guarded by dirItemsLock

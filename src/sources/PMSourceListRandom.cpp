@@ -16,7 +16,6 @@ namespace {
 constexpr double kShareOfScreenHeight = 0.75;  // the longer side of a picture on its card
 constexpr double kHeightWithoutDisplays = 1080;
 constexpr std::uint64_t kMaxTries = 10;  // in one folder
-constexpr int kMostMisses = 10;          // in a row
 
 /// The most device pixels that a picture's longer side fills on any display.
 int longestSideOn(const std::vector<platform::Display>& displays) {
@@ -81,17 +80,7 @@ std::shared_ptr<PMFolder> PMSourceList::randomFolderForScreen(std::uint64_t scre
         "Pelmora: With random number %llu, item %llu doesn't correspond to a folder",
         static_cast<unsigned long long>(number), static_cast<unsigned long long>(drawn.runningSum));
   }
-  countMisses(drawn.record != nullptr);
   return drawn.record;
-}
-
-/// The sums that the rough correction has made wrong would else stand still until the next walk or
-/// day, and the show with them.
-void PMSourceList::countMisses(bool isHit) {
-  _misses = isHit ? 0 : _misses + 1;
-  if (_misses < kMostMisses) return;
-  _misses = 0;
-  resetWeights();
 }
 
 std::optional<ImagePick> PMSourceList::randomImageAndURLForScreenIndex(std::uint64_t screenIndex) {

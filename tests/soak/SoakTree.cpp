@@ -1,5 +1,7 @@
 #include "SoakTree.h"
 
+#include "platform/linux/MountTable.h"
+
 #include <QImage>
 #include <QPainter>
 
@@ -53,7 +55,10 @@ const std::vector<SoakSource>& SoakTree::sources() {
 }
 
 SoakTree::SoakTree(FilePath folder, std::size_t pictures)
-    : _root(std::move(folder)), _filesInFolder(pictures / 200), _travels(kTravels) {
+    : _root(std::move(folder)),
+      _areRenamedFollowed(platform::MountTable::ofThisProcess().mountOf(_root) != nullptr),
+      _filesInFolder(pictures / 200),
+      _travels(kTravels) {
   const FilePath originals = _root / "originals";
   std::filesystem::create_directories(originals.bytes());
   for (int i = 0; i < kOriginals; ++i) _originals.push_back(paintOriginal(originals, i));
@@ -94,7 +99,7 @@ void SoakTree::changeForDay(int day) {
 
   // A bookmark follows a folder that is renamed, and finds one that was made again in its place,
   // but cannot follow the latter, which is another folder.
-  if (day % 2 == 1) {
+  if (day % 2 == 1 && _areRenamedFollowed) {
     const std::string name = _travels == kTravels ? kTravelsAgain : kTravels;
     std::filesystem::rename((_root / _travels).bytes(), (_root / name).bytes());
     _travels = name;

@@ -57,6 +57,7 @@ class SoakTree {
   void makeFolder(const FilePath& folder) const;
 
   const FilePath _root;
+  const bool _areRenamedFollowed;  // with a changed root, bookmarks do not know the filesystem
   const std::size_t _filesInFolder;
   std::vector<FilePath> _originals;
   std::string _travels;      // the name, now, of the source that is renamed

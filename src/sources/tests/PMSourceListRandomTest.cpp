@@ -224,18 +224,6 @@ TEST_F(PMSourceListRandomTest, keepsItsFoldersWhileNothingCanBeLoaded) {
   EXPECT_EQ(fakes.log.lines().size(), 2U);
 }
 
-TEST_F(PMSourceListRandomTest, drawsAgainBeforeLongWhenTheWeightsWentWrong) {
-  add("/large", 1000);
-  add("/small", 3);
-  fakes.images.failAll();
-  while (list->dirItems().size() > 1) (void)list->randomImageAndURLForScreenIndex(0);
-  const FilePath left = list->dirItems().front()->url;
-  for (int i = 0; i < 20 && list->randomFolderForScreen(0) == nullptr; ++i) {
-  }
-  ASSERT_TRUE(list->randomFolderForScreen(0));
-  EXPECT_EQ(list->randomFolderForScreen(0)->url, left);
-}
-
 TEST_F(PMSourceListRandomTest, givesAFolderUpAfterTenTriesAtMost) {
   add("/a", 50);
   fakes.images.failAll();
