@@ -47,6 +47,9 @@ class Window:
     def resize(self, width, height):
         self._do("XResizeWindow", width, height)
 
+    def clear(self):
+        self._do("XClearWindow")
+
     def destroy(self):
         self._do("XDestroyWindow")
 

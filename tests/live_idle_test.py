@@ -12,6 +12,7 @@ from gi.repository import Gio, GLib
 
 import idling
 import live
+import processes
 import pngfile
 
 SESSION_MANAGER = """<interface name="org.gnome.SessionManager">
@@ -71,11 +72,14 @@ class IdleOnX(idling.IdleCase):
 
     def test_starts_the_saver_when_idle_and_ends_it_on_activity_each_time(self):
         watcher = self.watch()
-        for _ in range(2):
+        cycles = processes.Cycles("pelmora idle on X", watcher.pid)
+        for _ in cycles:
             saver = self.wait_for_saver(watcher)
             self.wait_until(watcher, lambda: self.display.lit(0, 0, 640, 480) > 0.05, "a picture")
             self.press_key()
             self.wait_until(watcher, lambda: not idling.is_alive(saver), "the saver's end")
+            self.wait_for_end_of_saver(watcher)
+        cycles.judge(self)
         watcher.terminate()
         self.assertEqual(self.finish(watcher), 0)
 
@@ -286,11 +290,14 @@ class IdleOnWayland(idling.IdleCase):
     def test_starts_the_saver_when_idle_and_ends_it_on_activity_each_time(self):
         watcher = self.watch()
         self.assertIn(b"of which the compositor tells", watcher.log)
-        for turn in (1, 2):
+        cycles = processes.Cycles("pelmora idle on Wayland", watcher.pid)
+        for turn, _ in enumerate(cycles, 1):
             saver = self.wait_for_saver(watcher)
             self.wait_for_log(watcher, "starting the saver", turn)
             self.move_pointer()
             self.wait_until(watcher, lambda: not idling.is_alive(saver), "the saver's end")
+            self.wait_for_end_of_saver(watcher)
+        cycles.judge(self)
         watcher.terminate()
         self.assertEqual(self.finish(watcher), 0)
 

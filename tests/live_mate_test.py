@@ -8,6 +8,7 @@ import subprocess
 
 import hosted
 import live
+import processes
 
 BUS = os.path.join(os.path.dirname(os.path.abspath(__file__)), "dbus-session.conf")
 SETTINGS = """[org/mate/screensaver]
@@ -19,7 +20,7 @@ NAMESPACE = ["unshare", "--mount"] if os.getuid() == 0 else [
     "unshare", "--user", "--map-current-user", "--keep-caps", "--mount"]
 INSTALL = ('mount --bind "$ENGINES" /usr/libexec/xscreensaver &&'
            ' mount --bind "$ENTRIES" /usr/share/applications/screensavers && exec "$@"')
-TELL_ADDRESS = 'echo "$DBUS_SESSION_BUS_ADDRESS" >"$HOME/address.new" &&' \
+TELL_ADDRESS = 'printf "%s\\n" "$DBUS_SESSION_BUS_ADDRESS" $$ >"$HOME/address.new" &&' \
                ' mv "$HOME/address.new" "$HOME/address" && exec mate-screensaver --no-daemon'
 
 
@@ -75,9 +76,10 @@ class LiveMate(hosted.HostedCase):
         address = os.path.join(self.home, "address")
         self.wait_until(host, lambda: os.path.exists(address), "the bus")
         with open(address, encoding="utf-8") as file:
-            self.env["DBUS_SESSION_BUS_ADDRESS"] = file.read().strip()
+            self.env["DBUS_SESSION_BUS_ADDRESS"], process = file.read().split()
         self.wait_until(host, lambda: "inactive" in self.tell("--query"), "the host")
-        for _ in range(2):
+        cycles = processes.Cycles("mate-screensaver", process)
+        for _ in cycles:
             self.tell("--activate")
             self.wait_until(host, self.is_shown_left, "a red picture on the left")
             environments = [self.environment(number) for number in self.savers()]
@@ -86,6 +88,8 @@ class LiveMate(hosted.HostedCase):
                 self.assertFalse([name for name in names if name.startswith(("XDG_", "LC_"))])
             self.tell("--deactivate")
             self.wait_until(host, lambda: not self.processes(), "the end of the saver")
+            self.wait_until(host, lambda: "inactive" in self.tell("--query"), "the host at rest")
+        cycles.judge(self)
 
     @staticmethod
     def environment(number):

@@ -14,6 +14,7 @@ import tempfile
 import time
 
 import live
+import processes
 
 SIZE = "1280x720"
 PICTURES = 10_000
@@ -22,31 +23,11 @@ LOOK = 0.25  # seconds between two looks at whether the saver draws
 # A frame wakes the thread that presents at least once, and an entrance has sixty a second.
 AT_REST = 2  # wake-ups of that thread between two looks, at most
 
-# What may be more in the last third of the run than in the second.
-MOST_GROWTH = 0.05  # of the memory
-MOST_KIB = 8192  # of the memory, if that is more
 # The entrance of a card takes a second or two of the four and a half from card to card.
 LEAST_REST = 0.4  # of all looks
 
 Sample = collections.namedtuple(
     "Sample", "seconds rss descriptors threads helper_rss helper_descriptors switches processor rest")
-
-
-def status_of(process, *names):
-    """Numbers of /proc/PID/status, 0 for a process that has gone."""
-    try:
-        with open(f"/proc/{process}/status", encoding="utf-8") as file:
-            lines = dict(line.split(":", 1) for line in file)
-    except OSError:
-        return [0] * len(names)
-    return [int(lines.get(name, "0").split()[0]) for name in names]
-
-
-def descriptors_of(process):
-    try:
-        return len(os.listdir(f"/proc/{process}/fd"))
-    except OSError:
-        return 0
 
 
 def processor_of(process):
@@ -56,18 +37,9 @@ def processor_of(process):
     return (int(fields[11]) + int(fields[12])) / os.sysconf("SC_CLK_TCK")
 
 
-def helpers_of(process):
-    """The processes that it started, such as the decoder."""
-    found = []
-    for thread in os.listdir(f"/proc/{process}/task"):
-        with open(f"/proc/{process}/task/{thread}/children", encoding="utf-8") as file:
-            found += file.read().split()
-    return found
-
-
 def switches_of(process):
     """How often all its threads went to sleep by themselves."""
-    return sum(status_of(f"{process}/task/{thread}", "voluntary_ctxt_switches")[0]
+    return sum(processes.status_of(f"{process}/task/{thread}", "voluntary_ctxt_switches")[0]
                for thread in os.listdir(f"/proc/{process}/task"))
 
 
@@ -87,11 +59,11 @@ def make_pictures(program, env, folder):
 
 
 def take_sample(saver, started, looks):
-    rss, threads = status_of(saver.pid, "VmRSS", "Threads")
-    helpers = helpers_of(saver.pid)
-    return Sample(time.monotonic() - started, rss, descriptors_of(saver.pid), threads,
-                  sum(status_of(helper, "VmRSS")[0] for helper in helpers),
-                  sum(descriptors_of(helper) for helper in helpers), switches_of(saver.pid),
+    rss, threads = processes.status_of(saver.pid, "VmRSS", "Threads")
+    helpers = processes.children_of(saver.pid)
+    return Sample(time.monotonic() - started, rss, processes.descriptors_of(saver.pid), threads,
+                  sum(processes.status_of(helper, "VmRSS")[0] for helper in helpers),
+                  sum(processes.descriptors_of(helper) for helper in helpers), switches_of(saver.pid),
                   processor_of(saver.pid), sum(looks) / len(looks) if looks else 0)
 
 
@@ -100,7 +72,7 @@ def watch(saver, minutes):
     started = time.monotonic()
     samples, looks, switches = [], [], None
     while saver.poll() is None and time.monotonic() - started < minutes * 60 + 1:
-        now, = status_of(f"{saver.pid}/task/{saver.pid}", "voluntary_ctxt_switches")
+        now, = processes.status_of(f"{saver.pid}/task/{saver.pid}", "voluntary_ctxt_switches")
         if switches is not None:
             looks.append(now - switches <= AT_REST)
         switches = now
@@ -136,7 +108,7 @@ def growths(samples):
 
     for name, what in (("rss", "memory"), ("helper_rss", "memory of the decoder")):
         before, after = both(name)
-        if after - before > max(MOST_KIB, before * MOST_GROWTH):
+        if processes.has_grown(before, after):
             yield f"{what} grew from {before:.0f} to {after:.0f} KiB"
     for name in ("descriptors", "threads", "helper_descriptors"):
         before, after = both(name)

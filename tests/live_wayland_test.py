@@ -12,6 +12,7 @@ import tempfile
 
 import compositor
 import live
+import processes
 
 STOPPED = b"Pelmora: View was removed from window for screen "
 
@@ -88,6 +89,15 @@ class LiveWayland(live.LiveCase):
         saver.terminate()
         self.check_stopped(saver)
         self.check_uncovered()
+
+    def test_leaves_nothing_behind_however_often_it_is_started(self):
+        cycles = processes.Cycles("sway", self.compositor.process.pid)
+        for _ in cycles:
+            saver = self.cover()
+            saver.terminate()
+            self.check_stopped(saver)
+            self.check_uncovered()
+        cycles.judge(self)
 
     def test_shows_the_same_with_the_graphics_processor(self):
         saver = self.cover("--renderer", "gpu")

@@ -8,6 +8,7 @@ import time
 
 import hosted
 import live
+import processes
 
 ENDING_LIMIT = 5  # seconds; sanitizers look for leaks at the end
 
@@ -105,6 +106,23 @@ class LiveWindow(hosted.HostedCase):
             print(f"signal {number}: ended after {took * 1000:.0f} ms")
             self.assertLess(took, ENDING_LIMIT)
             self.assert_stopped(saver, "Prefs")
+
+    def test_leaves_nothing_behind_however_often_it_is_started(self):
+        window = hosted.Window(self.display.name, 900, 100, 320, 240)
+        cycles = processes.Cycles("an X server with a foreign window", self.display.server.pid)
+        for _ in cycles:
+            saver = self.start("--window-id", hex(window.id))
+            self.wait_until(saver, lambda: not self.is_black(900, 100, 320, 240), "a picture")
+            saver.terminate()
+            self.assertEqual(self.finish(saver), 0)
+            self.assert_stopped(saver, "Prefs")
+            self.clear(window)
+        cycles.judge(self)
+
+    def clear(self, window):
+        """Has nothing in the window, as before."""
+        window.clear()
+        self.assertTrue(self.is_black(900, 100, 320, 240))
 
     def run_xdotool(self, *words):
         subprocess.run(["xdotool", *words], env=self.env, check=True, timeout=live.LIMIT)

@@ -1,0 +1,82 @@
+"""What processes hold, as the kernel tells it."""
+
+import collections
+import os
+import statistics
+
+# How often tests of hosts start and end the saver; growth wants three times at least.
+CYCLES = max(3, int(os.environ.get("PELMORA_CYCLES", "3")))
+
+# Memory is given back late, and in pieces: less than this, or a twentieth, is no growth.
+MOST_KIB = 8192
+MOST_GROWTH = 0.05
+
+Use = collections.namedtuple("Use", "kib descriptors threads children")
+
+
+def status_of(process, *names):
+    """Numbers of /proc/PID/status, 0 for a process that has gone."""
+    try:
+        with open(f"/proc/{process}/status", encoding="utf-8") as file:
+            lines = dict(line.split(":", 1) for line in file)
+    except OSError:
+        return [0] * len(names)
+    return [int(lines.get(name, "0").split()[0]) for name in names]
+
+
+def descriptors_of(process):
+    try:
+        return len(os.listdir(f"/proc/{process}/fd"))
+    except OSError:
+        return 0
+
+
+def children_of(process):
+    """The processes that it started and that are not waited for."""
+    found = []
+    for thread in os.listdir(f"/proc/{process}/task"):
+        with open(f"/proc/{process}/task/{thread}/children", encoding="utf-8") as file:
+            found += file.read().split()
+    return found
+
+
+def use_of(process):
+    kib, threads = status_of(process, "VmRSS", "Threads")
+    return Use(kib, descriptors_of(process), threads, len(children_of(process)))
+
+
+def has_grown(before, after):
+    """Whether memory has, by the medians of two stretches of time, in KiB."""
+    return after - before > max(MOST_KIB, before * MOST_GROWTH)
+
+
+def growths(uses):
+    """What a process holds more of after the last of many times than after the second: a line each.
+    The first may leave what the others use again."""
+    first, last = uses[1], uses[-1]
+    for name in ("descriptors", "threads", "children"):
+        if getattr(first, name) != getattr(last, name):
+            yield f"{name}: {[getattr(use, name) for use in uses]}"
+    third = len(uses) // 3
+    memory = [use.kib for use in uses]
+    if has_grown(statistics.median(memory[-2 * third:-third]), statistics.median(memory[-third:])):
+        yield f"KiB: {memory}"
+
+
+class Cycles:
+    """A host that starts and ends the saver again and again, and what it holds after each time."""
+
+    def __init__(self, name, process):
+        self._name, self._process, self._uses = name, process, []
+
+    def __iter__(self):
+        for _ in range(CYCLES):
+            yield
+            self._uses.append(use_of(self._process))
+
+    def judge(self, test):
+        test.assertEqual(list(growths(self._uses)), [], self._name)
+        first, last = self._uses[0], self._uses[-1]
+        print(f"{self._name}, {len(self._uses)} times: {last.descriptors} descriptors,"
+              f" {last.threads} threads, {last.children} children,"
+              f" {first.kib} KiB after the first and {last.kib} KiB after the last")
