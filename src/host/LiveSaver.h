@@ -7,6 +7,7 @@
 #include "host/QtDisplays.h"
 #include "host/Renderer.h"
 #include "host/ViewWindows.h"
+#include "platform/linux/RunningClock.h"
 #include "platform/linux/SystemClock.h"
 
 #include <memory>
@@ -38,7 +39,8 @@ class LiveSaver {
   void windowSystemGone();
   void hostWindowEnded(ForeignWindow::State state);
 
-  platform::SystemClock _clock;
+  const platform::SystemClock _machineClock;
+  platform::RunningClock _clock{_machineClock};
   QtDisplays _displays;
   InputWatcher _input;
   std::unique_ptr<HostWindow> _hostWindow;
