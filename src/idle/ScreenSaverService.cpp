@@ -17,6 +17,9 @@ constexpr const char* kBus = "org.freedesktop.DBus";
 // Of RequestName: a desktop that starts late may take the name; and not to wait in line for it.
 constexpr unsigned int kAllowReplacement = 1;
 constexpr unsigned int kDoNotQueue = 4;
+// Desktops that may want the name, and do not take it from others; they tell what is held.
+constexpr const char* kDesktops[] = {"org.gnome.SessionManager",
+                                     "org.kde.Solid.PowerManagement.PolicyAgent"};
 constexpr QLatin1String kNoOwner("org.freedesktop.DBus.Error.NameHasNoOwner");
 constexpr int kPatience = 2000;  // milliseconds
 
@@ -43,14 +46,12 @@ ScreenSaverService::ScreenSaverService(const QDBusConnection& bus, Events events
   for (const char* path : kPaths) {
     _bus.registerObject(path, this, QDBusConnection::ExportAllSlots);
   }
-  requestName();
+  watchForDesktops();
 }
 
 ScreenSaverService::~ScreenSaverService() {
   for (const char* path : kPaths) _bus.unregisterObject(path);
-  QDBusMessage call = busCall("ReleaseName");
-  call << kName;
-  _bus.call(call, QDBus::NoBlock);
+  releaseName();
 }
 
 std::string ScreenSaverService::holder() const {
@@ -87,6 +88,45 @@ void ScreenSaverService::UnInhibit(unsigned int cookie) {
 
 void ScreenSaverService::SimulateUserActivity() { _events.userSimulated(); }
 
+void ScreenSaverService::watchForDesktops() {
+  _desktopNames.setConnection(_bus);
+  _desktopNames.setWatchMode(QDBusServiceWatcher::WatchForOwnerChange);
+  connect(&_desktopNames, &QDBusServiceWatcher::serviceOwnerChanged, this,
+          [this](const QString& name, const QString&, const QString& owner) {
+            desktopChanged(name, !owner.isEmpty());
+          });
+  for (const char* name : kDesktops) {
+    _desktopNames.addWatchedService(name);
+    _unanswered.insert(name);
+  }
+  for (const char* name : kDesktops) {
+    QDBusMessage call = busCall("NameHasOwner");
+    call << name;
+    desktop::whenFinished(_bus.asyncCall(call, kPatience), this,
+                          [this, name](const QDBusPendingCall& answer) {
+                            // What was heard since is newer.
+                            if (!_unanswered.contains(name)) return;
+                            const QVariantList values = answer.reply().arguments();
+                            desktopChanged(name, !values.empty() && values.constFirst().toBool());
+                          });
+  }
+}
+
+void ScreenSaverService::desktopChanged(const QString& name, bool isThere) {
+  _unanswered.erase(name);
+  isThere ? (void)_desktops.insert(name) : (void)_desktops.erase(name);
+  if (!_unanswered.empty()) return;
+  if (_desktops.empty()) return requestName();
+  releaseName();
+  dropAll();
+}
+
+void ScreenSaverService::releaseName() {
+  QDBusMessage call = busCall("ReleaseName");
+  call << kName;
+  _bus.call(call, QDBus::NoBlock);
+}
+
 void ScreenSaverService::requestName() {
   QDBusMessage call = busCall("RequestName");
   call << kName << (kAllowReplacement | kDoNotQueue);
@@ -94,11 +134,17 @@ void ScreenSaverService::requestName() {
 }
 
 void ScreenSaverService::nameChanged(const QString& owner) {
-  if (owner.isEmpty()) return requestName();
+  if (owner.isEmpty()) {
+    if (_desktops.empty() && _unanswered.empty()) requestName();
+    return;
+  }
   if (owner == _bus.baseService()) {
     return _events.say("Pelmora: Programs find the saver as org.freedesktop.ScreenSaver");
   }
-  // It is a desktop's now, and so is what its programs hold.
+  dropAll();  // it is a desktop's now, and so is what its programs hold
+}
+
+void ScreenSaverService::dropAll() {
   for (const auto& [cookie, held] : _held) _callers.removeWatchedService(held.caller);
   if (std::exchange(_held, {}).empty()) return;
   _events.changed();

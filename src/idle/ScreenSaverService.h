@@ -10,13 +10,15 @@
 
 #include <functional>
 #include <map>
+#include <set>
 #include <string>
 
 namespace pelmora::idle {
 
 /// "org.freedesktop.ScreenSaver" on the session's bus, where nobody else is it: players and
 /// browsers ask it to keep the saver away. What a caller holds goes when it leaves the bus. While a
-/// desktop is it, the desktop's own inhibitors hold what its programs asked for.
+/// desktop is it, or one is there that may want to be, the desktop's own inhibitors hold what its
+/// programs asked for.
 /// Thread: main. Errors: callers are not trusted; there are limits to what they hold and say.
 class ScreenSaverService : public QObject, public Inhibitor, protected QDBusContext {
   Q_OBJECT
@@ -50,7 +52,11 @@ class ScreenSaverService : public QObject, public Inhibitor, protected QDBusCont
     std::string what;
   };
 
+  void watchForDesktops();
+  void desktopChanged(const QString& name, bool isThere);
   void requestName();
+  void releaseName();
+  void dropAll();
   void nameChanged(const QString& owner);
   void follow(const QString& caller);
   void dropAllOf(const QString& caller);
@@ -60,6 +66,9 @@ class ScreenSaverService : public QObject, public Inhibitor, protected QDBusCont
   const Events _events;
   QDBusServiceWatcher _name;
   QDBusServiceWatcher _callers;
+  QDBusServiceWatcher _desktopNames;
+  std::set<QString> _desktops;         // those of the names that are there
+  std::set<QString> _unanswered;       // of which it is not known yet
   std::map<unsigned int, Held> _held;  // by cookie
   unsigned int _lastCookie = 0;
 };

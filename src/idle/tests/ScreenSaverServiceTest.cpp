@@ -143,6 +143,24 @@ TEST_F(ScreenSaverServiceTest, letsADesktopTakeTheNameAndWithItWhatIsHeld) {
   EXPECT_EQ(owner(), otherBus.baseService());
 }
 
+TEST_F(ScreenSaverServiceTest, leavesTheNameToADesktopThatDoesNotTakeIt) {
+  EXPECT_TRUE(otherBus.registerService("org.gnome.SessionManager"));
+  start();
+  settle();
+  settle();
+  EXPECT_EQ(owner(), "");
+  EXPECT_TRUE(otherBus.unregisterService("org.gnome.SessionManager"));
+  waitUntil([this] { return !said.empty(); });
+  EXPECT_EQ(owner(), bus.baseService());
+  static_cast<void>(inhibit());
+  EXPECT_TRUE(service->isHeld());
+  EXPECT_TRUE(otherBus.registerService("org.kde.Solid.PowerManagement.PolicyAgent"));
+  waitUntil([this] { return !service->isHeld(); });
+  settle();
+  EXPECT_EQ(owner(), "");
+  EXPECT_TRUE(otherBus.registerService(kName));
+}
+
 TEST_F(ScreenSaverServiceTest, givesTheNameUpAtItsEnd) {
   startAndServe();
   service.reset();
