@@ -52,12 +52,13 @@ void DisplayCover::coverAll() {
 void DisplayCover::cover(QScreen& screen) {
   const auto display = _displays.displayOf(&screen);
   if (!display) return;
-  connect(&screen, &QScreen::geometryChanged, this, [this] { _displays.update(); });
   QWindow& window =
       _windows.add({.frame = display->frame, .scale = display->scale, .display = display});
   _covered.emplace(&screen, Covered{window, std::make_unique<CoverWindow>(
                                                 window, screen, _layers.get(),
                                                 [this, &screen] { windowClosed(screen); })});
+  connect(&screen, &QScreen::geometryChanged, _covered.at(&screen).cover.get(),
+          [this] { _displays.update(); });
 }
 
 void DisplayCover::uncover(QScreen& screen) {

@@ -48,7 +48,17 @@ struct Opened {
   FilePath path;
   std::string shown;
   XScreenSaverFile file;
+  struct stat facts;  // zero where there is none
 };
+
+/// Whether another program has written the file since.
+bool hasChanged(const Opened& opened) {
+  struct stat now {};
+  ::stat(opened.path.c_str(), &now);
+  const struct stat& then = opened.facts;
+  return now.st_ino != then.st_ino || now.st_size != then.st_size ||
+         now.st_mtim.tv_sec != then.st_mtim.tv_sec || now.st_mtim.tv_nsec != then.st_mtim.tv_nsec;
+}
 
 Result<FilePath> pathOf(const Arguments& arguments) {
   if (const auto given = arguments.value("file")) return GivenPath(*given).absolute();
@@ -63,15 +73,16 @@ Result<Opened> open(const Arguments& arguments) {
   const std::string shown = platform::printableLine(path->bytes());
   std::string text;
   struct stat facts {};
-  const bool isThere = ::lstat(path->c_str(), &facts) == 0;
-  if (isThere || errno != ENOENT) {
+  ::stat(path->c_str(), &facts);
+  struct stat link {};
+  if (::lstat(path->c_str(), &link) == 0 || errno != ENOENT) {
     const auto contents = platform::FileContents::read(*path, kLargestFile);
     if (!contents) return contents.error();
     text.assign(contents->bytes().begin(), contents->bytes().end());
   }
   Result<XScreenSaverFile> file = XScreenSaverFile::parse(std::move(text));
   if (!file) return Error{shown + " is left as it is: " + file.error().message};
-  return Opened{*path, shown, std::move(file).value()};
+  return Opened{*path, shown, std::move(file).value(), facts};
 }
 
 /// Says what was done once it is, or why not.
@@ -79,6 +90,10 @@ ExitStatus save(const Texts& texts, const Opened& opened, const std::string& bef
                 const std::string& report) {
   const std::string& text = opened.file.text();
   if (text != before) {
+    if (hasChanged(opened)) {
+      return failed(texts.command, opened.shown + " was changed meanwhile by another program");
+    }
+    platform::sweepTemporaryFiles(opened.path);
     const Status saved = platform::replaceContents(
         opened.path, {reinterpret_cast<const std::uint8_t*>(text.data()), text.size()});
     if (!saved) return failed(texts.command, saved.error().message);

@@ -9,10 +9,13 @@
 #include <QString>
 #include <QStringList>
 
+#include <sys/prctl.h>
+
 #include <algorithm>
 #include <array>
 #include <cctype>
 #include <cmath>
+#include <csignal>
 #include <cstdio>
 
 namespace pelmora::render {
@@ -64,6 +67,8 @@ std::optional<std::string> probeRenderer(const std::string& program,
   QProcess process;
   process.setStandardInputFile(QProcess::nullDevice());
   process.setStandardErrorFile(QProcess::nullDevice());
+  // It may hang in a driver, and the saver may be ended meanwhile.
+  process.setChildProcessModifier([] { prctl(PR_SET_PDEATHSIG, SIGKILL); });
   process.start(QFile::decodeName(program.c_str()), list);
   const bool ended = process.waitForFinished(static_cast<int>(std::lround(timeLimit * 1000)));
   if (!ended) {
