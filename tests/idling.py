@@ -87,8 +87,9 @@ class FakeService:
         self._context.pop_thread_default()
 
     def _call(self, _connection, _sender, _path, _interface, method, _arguments, invocation):
-        self.calls.append(method)
+        # Who sees that it was called may send what has to come after the answer.
         invocation.return_value(self.answers.get(method))
+        self.calls.append(method)
 
     def _get(self, _connection, _sender, _path, _interface, name):
         return self.answers[name]
