@@ -20,8 +20,9 @@ packages_run=(
 )
 packages_test=(
   appstream at-spi2-core dbus desktop-file-utils exiv2 fish gir1.2-atspi-2.0 grim libgl1-mesa-dri
-  libgmock-dev libgtest-dev man-db mate-screensaver mpv mpv-mpris openbox python3 python3-gi sway
-  tzdata vlc-bin vlc-plugin-base x11-xserver-utils xdotool xscreensaver xscreensaver-data xvfb zsh
+  libgmock-dev libgtest-dev man-db mate-screensaver mpv mpv-mpris openbox python3 python3-dbusmock
+  python3-gi sway tzdata vlc-bin vlc-plugin-base x11-xserver-utils xdotool xscreensaver
+  xscreensaver-data xvfb zsh
 )
 packages_package=(dpkg-dev lintian)
 packages_pictures=(attr librsvg2-bin optipng pngquant webp)

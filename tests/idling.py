@@ -132,17 +132,44 @@ class IdleCase(live.LiveCase):
         self.runtime = tempfile.mkdtemp(dir="/tmp")
         self.addCleanup(shutil.rmtree, self.runtime)
         self.env["XDG_RUNTIME_DIR"] = self.runtime
-        config = os.path.join(os.path.dirname(os.path.abspath(__file__)), "dbus-session.conf")
-        self.bus = subprocess.Popen(
-            ["dbus-daemon", f"--config-file={config}", "--nofork",
-             f"--address=unix:path={self.runtime}/bus", "--print-address"],
-            env=self.env, stdout=subprocess.PIPE, stderr=subprocess.DEVNULL)
-        self.addCleanup(self.bus.wait)
-        self.addCleanup(self.bus.kill)
-        self.addCleanup(self.bus.stdout.close)
-        self.address = self.bus.stdout.readline().decode().strip()
+        self.bus, self.address = self.start_bus("bus")
         for kind in ("SESSION", "SYSTEM"):
             self.env[f"DBUS_{kind}_BUS_ADDRESS"] = self.address
+
+    def start_bus(self, name):
+        """A bus at a socket of this name: its process and its address."""
+        config = os.path.join(os.path.dirname(os.path.abspath(__file__)), "dbus-session.conf")
+        bus = subprocess.Popen(
+            ["dbus-daemon", f"--config-file={config}", "--nofork",
+             f"--address=unix:path={self.runtime}/{name}", "--print-address"],
+            env=self.env, stdout=subprocess.PIPE, stderr=subprocess.DEVNULL)
+        self.addCleanup(bus.wait)
+        self.addCleanup(bus.kill)
+        self.addCleanup(bus.stdout.close)
+        return bus, bus.stdout.readline().decode().strip()
+
+    def start_showing(self, *words):
+        """A saver whose pictures can be seen."""
+        saver = self.start(*words)
+        self.wait_until(saver, lambda: self.display.lit(0, 0, 640, 480) > 0.01, "a picture")
+        return saver
+
+    def end_by(self, saver, say):
+        """Says it until the saver has ended, since it may not have listened yet."""
+        deadline = time.monotonic() + live.LIMIT
+        while saver.poll() is None:
+            self.assertLess(time.monotonic(), deadline, "the saver does not end")
+            say()
+            time.sleep(0.05)
+        self.expect_stop_work(saver)
+
+    def expect_stop_work(self, saver):
+        """The saver ends because it was told to stop, and leaves what it has to leave."""
+        self.assertEqual(self.finish(saver), 0)
+        self.assertIn(b"Pelmora: screensaverDidStop", saver.log)
+        self.assertIn(b"Pelmora: Stopping animation for screen 1", saver.log)
+        self.assertTrue(os.path.exists(
+            os.path.join(self.home, ".cache", "Pelmora", "FolderCache.plist")))
 
     def watch(self, *words, delay=1):
         """A `pelmora idle` that is watching."""

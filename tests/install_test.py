@@ -16,9 +16,13 @@ LANGUAGES = [name[len("pelmora_"):-len(".ts")]
              for name in os.listdir(os.path.join(ROOT, "translations"))]
 FILES = [
     "bin/pelmora",
+    "etc/xdg/autostart/pelmora-idle.desktop",
+    "lib/systemd/user/pelmora-idle.service",
     "libexec/pelmora/pelmora-decoder",
     "libexec/pelmora/pelmora-inspector",
+    "libexec/xscreensaver/pelmora",
     "share/applications/pelmora-settings.desktop",
+    "share/applications/screensavers/pelmora.desktop",
     "share/bash-completion/completions/pelmora",
     "share/doc/pelmora/filters.md",
     "share/doc/pelmora/guide.md",
@@ -28,6 +32,7 @@ FILES = [
     "share/man/man1/pelmora.1",
     "share/metainfo/pelmora.metainfo.xml",
     "share/pelmora/ConfigWindow.ui",
+    "share/xscreensaver/config/pelmora.xml",
     "share/zsh/site-functions/_pelmora",
     *(f"share/icons/hicolor/{size}x{size}/apps/pelmora.png" for size in (16, 32, 48, 64, 128, 256)),
     *(f"share/pelmora/translations/pelmora_{language}.qm" for language in LANGUAGES),
@@ -58,6 +63,11 @@ class Installed(unittest.TestCase):
     def test_is_complete(self):
         for name in FILES:
             self.assertGreater(os.path.getsize(os.path.join(self.prefix, name)), 0, name)
+
+    def test_hosts_find_the_program(self):
+        link = os.path.join(self.prefix, "libexec", "xscreensaver", "pelmora")
+        self.assertTrue(os.path.samefile(link, os.path.join(self.prefix, "bin", "pelmora")))
+        self.assertFalse(os.path.isabs(os.readlink(link)))
 
     def test_keeps_to_its_folder(self):
         self.assertLessEqual(set(os.listdir(self.folder)), {"home", "opt"})

@@ -22,27 +22,9 @@ class Signals(idling.IdleCase):
         super().setUp()
         self.env["XDG_SESSION_ID"] = "1"
 
-    def start_showing(self, *words):
-        saver = self.start(*words)
-        self.wait_until(saver, lambda: self.display.lit(0, 0, 640, 480) > 0.01, "a picture")
-        return saver
-
     def login_manager(self):
         return self.serve("org.freedesktop.login1", "/org/freedesktop/login1", MANAGER,
                           GetSession=GLib.Variant("(o)", (SESSION,)))
-
-    def end_by(self, saver, say):
-        """Says it until the saver has ended, since it may not have listened yet."""
-        deadline = time.monotonic() + live.LIMIT
-        while saver.poll() is None:
-            self.assertLess(time.monotonic(), deadline, "the saver does not end")
-            say()
-            time.sleep(0.05)
-        self.assertEqual(self.finish(saver), 0)
-        self.assertIn(b"Pelmora: screensaverDidStop", saver.log)
-        self.assertIn(b"Pelmora: Stopping animation for screen 1", saver.log)
-        self.assertTrue(os.path.exists(
-            os.path.join(self.home, ".cache", "Pelmora", "FolderCache.plist")))
 
     def active_changed(self, desktop, value):
         connection = idling.connect(self.address)

@@ -14,10 +14,25 @@ MANUAL = os.path.join(ROOT, "man", "pelmora.1")
 OPTION = re.compile(r"^\.It Fl (-?[0-9a-z-]+)(?: Ar (\S+))?$", re.MULTILINE)
 
 
+
+# What is asked of the environment by name: directly, by a wrapper, or from a list of names.
+ASKED = re.compile(r"""(?:\b(?:getenv|secure_getenv|qgetenv|qEnvironmentVariable\w*|environment|variable
+                       |processEnvironment\(\)|absolutePath|baseFolder)\((?:environment,\s*)?
+                       |\bkVariable\s*=\s*)"([A-Z_]+)\"""", re.VERBOSE)
+LISTED = re.compile(r"for \(const char\* name : \{([^}]*)\}|\bkVariables\{([^}]*)\}")
+# Those of the dynamic linker and of the sanitizers, which are handed on to children.
+HANDED_ON = {"LD_LIBRARY_PATH", "ASAN_OPTIONS", "LSAN_OPTIONS", "TSAN_OPTIONS", "UBSAN_OPTIONS"}
+
+
 def sections(text, macro):
     """The parts of a manual below each heading of a kind, by the heading."""
     parts = re.split(rf"^\.{macro} (.+)$", text, flags=re.MULTILINE)
     return dict(zip(parts[1::2], parts[2::2]))
+
+
+def variables_in(source):
+    lists = "".join(part for parts in LISTED.findall(source) for part in parts)
+    return set(ASKED.findall(source)) | set(re.findall(r'"([A-Z_]+)"', lists))
 
 
 class Manual(unittest.TestCase):
@@ -47,6 +62,22 @@ class Manual(unittest.TestCase):
     def test_tells_of_every_preference_and_of_no_other(self):
         keys = re.findall(r"^\.It Va (\w+)$", self.commands["defaults"], re.MULTILINE)
         self.assertEqual(keys, self.help.keys())
+
+    def test_tells_of_every_variable_that_is_read(self):
+        asked = set()
+        for folder, _, names in os.walk(os.path.join(ROOT, "src")):
+            if os.path.basename(folder) in ("tests", "fuzz"):
+                continue
+            for name in names:
+                if name.endswith((".cpp", ".h")):
+                    with open(os.path.join(folder, name), encoding="utf-8") as file:
+                        asked |= variables_in(file.read())
+        # One of each way to ask, lest the search misses some.
+        self.assertLessEqual({"PATH", "HOME", "XDG_CACHE_HOME", "DISPLAY", "WAYLAND_SOCKET",
+                              "DBUS_SYSTEM_BUS_ADDRESS", "LC_TIME", "ASAN_OPTIONS"}, asked)
+        told = set(re.findall(r"\bEv ([A-Z_]+)", "\n".join(
+            re.findall(r"^\.It (.*)$", self.chapters["ENVIRONMENT"], re.MULTILINE))))
+        self.assertLessEqual(asked - HANDED_ON, told)
 
     def test_is_formatted_without_a_complaint(self):
         # With a language of its own, as what is not ASCII could be lost in others.
