@@ -16,6 +16,15 @@ ROOT = os.path.dirname(os.path.dirname(os.path.abspath(__file__)))
 LANGUAGES = [os.path.basename(path)[len("pelmora_"):-len(".ts")]
              for path in glob.glob(os.path.join(ROOT, "translations", "*.ts"))]
 
+# The texts whose keys are pressed in one place.
+PLACES = [
+    ["&Open Folder", "O&n", "&Days", "&Chance", "&Screens", "&Remove"],
+    ["&Add Folders…", "&Remove", "C&hange…", "&Show only pictures that match:",
+     "&Pictures on each display:", "&New picture after:", "Show pictures as &instant photos",
+     "Show the &track that is playing"],
+    ["&Options…", "&Close"],
+]
+
 
 class Translations(unittest.TestCase):
     lupdate = None
@@ -52,6 +61,19 @@ class Translations(unittest.TestCase):
                     for pattern in ("%[0-9]", "&"):
                         self.assertEqual(sorted(re.findall(pattern, text)),
                                          sorted(re.findall(pattern, source)), source)
+
+    def test_give_each_text_of_a_place_a_key_of_its_own(self):
+        def keys(texts):
+            return [re.search("&(.)", text).group(1).lower() for text in texts]
+
+        for language in LANGUAGES:
+            with self.subTest(language):
+                texts = {message.find("source").text: message.find("translation").text
+                         for message in self.updated(language)}
+                self.assertEqual({text for text in texts if "&" in text}, set(sum(PLACES, [])))
+                for place in PLACES:
+                    for found in (keys(place), keys(texts[text] for text in place)):
+                        self.assertEqual(len(found), len(set(found)), found)
 
 
 if __name__ == "__main__":

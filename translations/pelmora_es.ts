@@ -226,7 +226,7 @@
     <message>
         <location filename="../src/config/SourceMenu.cpp" line="38"/>
         <source>O&amp;n</source>
-        <translation>Ac&amp;tiva</translation>
+        <translation>Acti&amp;va</translation>
     </message>
     <message>
         <location filename="../src/config/SourceMenu.cpp" line="47"/>

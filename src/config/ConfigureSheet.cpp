@@ -156,6 +156,12 @@ bool ConfigureSheet::embedSourceList() {
   _sourceListViewController = *std::move(controller);
   layout->addWidget(_sourceListViewController->view(), 0, 0);
   _sourceListViewController->view()->show();
+  // The dialog was finished without it; its controls would come after the buttons.
+  QWidget* before = _missingSourcesNotice;
+  for (QWidget* control : _sourceListViewController->controls()) {
+    QWidget::setTabOrder(before, control);
+    before = control;
+  }
   return true;
 }
 

@@ -4,9 +4,11 @@
 #include "config/DayNames.h"
 #include "config/SourcesController.h"
 
+#include <QAbstractButton>
 #include <QApplication>
 #include <QComboBox>
 #include <QCoreApplication>
+#include <QDialogButtonBox>
 #include <QKeyEvent>
 #include <QLocale>
 #include <QPainter>
@@ -90,6 +92,14 @@ void paintArrow(QPainter& painter, const QStyleOptionViewItem& option) {
   arrow.rect = QRect(0, 0, size, size);
   arrow.rect.moveCenter(SourceDelegate::choicesRect(option.rect, option.direction).center());
   styleOf(option).drawPrimitive(QStyle::PE_IndicatorArrowDown, &arrow, &painter, option.widget);
+}
+
+/// The button with the focus, where it is held down and takes all changes of its dialog back.
+const QAbstractButton* pressedCancel() {
+  auto* button = qobject_cast<QAbstractButton*>(QApplication::focusWidget());
+  if (!button || !button->isDown()) return nullptr;
+  const auto* box = qobject_cast<QDialogButtonBox*>(button->parentWidget());
+  return box && box->buttonRole(button) == QDialogButtonBox::RejectRole ? button : nullptr;
 }
 
 }  // namespace
@@ -211,6 +221,14 @@ bool SourceDelegate::mayEnd(QLineEdit& field) const {
 /// The focus went elsewhere: editing ends, or takes the focus back.
 void SourceDelegate::leave(QLineEdit& field) {
   if (field.hasFocus() || !field.isVisible()) return;
+  if (const QAbstractButton* cancel = pressedCancel()) {
+    // What it drops need not be right. Without the focus it would not be pressed any more.
+    connect(
+        cancel, &QAbstractButton::released, &field,
+        [this, &field] { QTimer::singleShot(0, &field, [this, &field] { leave(field); }); },
+        Qt::SingleShotConnection);
+    return;
+  }
   if (mayEnd(field)) {
     Q_EMIT commitData(&field);
     Q_EMIT closeEditor(&field);

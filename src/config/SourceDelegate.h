@@ -11,7 +11,8 @@ namespace pelmora::config {
 
 /// Paints the cells of the list of sources that have no widget, and makes the fields in which the
 /// chance and the screens are typed. A field for the chance ends only as its owner allows, however
-/// the user leaves it: by keys, or for another place in the window. Thread: main.
+/// the user leaves it: by keys, or for another place in the window; only the button that cancels
+/// the dialog is pressed without asking. Thread: main.
 class SourceDelegate : public QStyledItemDelegate {
  public:
   explicit SourceDelegate(QObject* parent = nullptr) : QStyledItemDelegate(parent) {}

@@ -159,6 +159,12 @@ void SourceListViewController::setSources(std::vector<SourceEntry> sources) {
   enableDeleteButton();
 }
 
+std::vector<QWidget*> SourceListViewController::controls() const {
+  if (!_sourceTable) return {};
+  return {_sourceTable, _addAndDeleteSegButtons.button(kAddSegment),
+          _addAndDeleteSegButtons.button(kRemoveSegment), _changeButton};
+}
+
 void SourceListViewController::setStatus(const FilePath& url, SourceStatus status) {
   _sourcesController.setStatus(url, status);
 }

@@ -53,6 +53,8 @@ class SourceListViewController : public QObject, private SourceTableOwner {
   [[nodiscard]] SourceTable* sourceTable() const { return _sourceTable; }
   /// The choices for the screens: all, and the number of each display there was at the start.
   [[nodiscard]] const QStringList& screensMenuList() const { return _screensMenuList; }
+  /// All that take the focus, in their order; none when the view is gone.
+  [[nodiscard]] std::vector<QWidget*> controls() const;
   [[nodiscard]] QButtonGroup& addAndDeleteSegButtons() { return _addAndDeleteSegButtons; }
 
   /// Shows how many pictures there are in a source's folder, or that it is gone.

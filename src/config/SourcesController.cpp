@@ -255,6 +255,7 @@ QString SourcesController::accessibleText(const SourceEntry& entry, SourceColumn
 void SourcesController::setChance(SourceEntry& entry, const QString& typed) const {
   const auto number = _chances.reverseTransformedValue(plist::Value(typed.toStdString()));
   entry.chance = number->doubleValue();
+  entry.isChanceReal = number->get<double>() != nullptr;
 }
 
 void SourcesController::setScreens(SourceEntry& entry, const QString& typed) const {

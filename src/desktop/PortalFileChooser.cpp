@@ -44,7 +44,7 @@ PortalFileChooser::~PortalFileChooser() {
 }
 
 void PortalFileChooser::chooseFolders(const Request& request, Chosen chosen) {
-  if (_chosen) return;
+  if (_chosen) return chosen(std::vector<FilePath>());
   _chosen = std::move(chosen);
   const unsigned int asked = ++_requests;
   if (!_bus.isConnected()) return finish(std::nullopt);

@@ -29,8 +29,9 @@ class PortalFileChooser : public QObject {
   explicit PortalFileChooser(const QDBusConnection& bus) : _bus(bus) {}
   ~PortalFileChooser() override;
 
-  /// Asks the user. While they are being asked, nothing else is.
+  /// Asks the user. While they are being asked, nothing else is, and the answer is none at once.
   void chooseFolders(const Request& request, Chosen chosen);
+  [[nodiscard]] bool isAsking() const { return _chosen != nullptr; }
 
   /// Takes the question back: its dialog goes, and nothing was chosen.
   void cancel();

@@ -44,6 +44,8 @@ KeptNotice::KeptNotice(std::function<void()> replace, QWidget* parent)
   layout->addWidget(_replace, 0, Qt::AlignLeading);
 }
 
+QWidget* KeptNotice::entry() const { return _text; }
+
 QWidget* KeptNotice::lastControl() const { return _replace; }
 
 void KeptNotice::setText(const std::string& text) {

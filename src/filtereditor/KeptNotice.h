@@ -19,7 +19,8 @@ class KeptNotice : public QWidget {
   /// UTF-8; of a very long one the beginning is shown.
   void setText(const std::string& text);
 
-  /// The last that takes the focus.
+  /// What takes the focus first, and last.
+  [[nodiscard]] QWidget* entry() const;
   [[nodiscard]] QWidget* lastControl() const;
 
  private:

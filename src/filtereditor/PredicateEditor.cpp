@@ -33,6 +33,8 @@ PredicateEditor::PredicateEditor(QWidget* parent)
   // The lines are what is gone to by keys.
   _scroll->setFocusPolicy(Qt::NoFocus);
   _notice->hide();
+  // Of no use to the mouse, as a click beside the lines would go to the first.
+  setFocusPolicy(Qt::TabFocus);
   auto* layout = new QVBoxLayout(this);
   layout->setContentsMargins(0, 0, 0, 0);
   layout->addWidget(_scroll);
@@ -48,19 +50,23 @@ PredicateEditor::~PredicateEditor() = default;
 
 void PredicateEditor::connectLines() {
   _hooks.actions = {
-      .addRow = [this](LineWidget* line) { insertRow(indexOf(line)); },
-      .addGroup = [this](LineWidget* line) { insertGroup(indexOf(line)); },
-      .remove = [this](LineWidget* line) { remove(indexOf(line)); },
+      .addRow = [this](LineWidget* line) { withLine(line, &PredicateEditor::insertRow); },
+      .addGroup = [this](LineWidget* line) { withLine(line, &PredicateEditor::insertGroup); },
+      .remove = [this](LineWidget* line) { withLine(line, &PredicateEditor::remove); },
   };
   _hooks.changed = [this](LineWidget* line, const Row& row) {
-    _lines.setRow(indexOf(line), row);
+    const auto at = indexOf(line);
+    if (!at) return;
+    _lines.setRow(*at, row);
     Q_EMIT edited();
   };
   _hooks.suggest = [this](const std::string& attribute, auto answer) {
     if (_suggest) _suggest(attribute, std::move(answer));
   };
   _choose = [this](LineWidget* line, Match match) {
-    if (!_lines.setMatch(indexOf(line), match)) {
+    const auto at = indexOf(line);
+    if (!at) return false;
+    if (!_lines.setMatch(*at, match)) {
       QApplication::beep();
       return false;
     }
@@ -118,6 +124,8 @@ void PredicateEditor::showLines(FilterLines lines) {
   _content->show();
   _scroll->setVisible(!_kept);
   _notice->setVisible(_kept.has_value());
+  // What a label of the editor gives the focus to.
+  setFocusProxy(_kept ? _notice->entry() : _widgets.front()->entry());
 }
 
 /// Makes the widget of a line that has none yet; those before have theirs.
@@ -198,9 +206,15 @@ void PredicateEditor::keyPressEvent(QKeyEvent* event) {
   insertRow(lineWithFocus().value_or(_widgets.size() - 1));
 }
 
-std::size_t PredicateEditor::indexOf(const LineWidget* line) const {
+/// A line that was taken away is there for a while yet, and may tell of what is done to it.
+std::optional<std::size_t> PredicateEditor::indexOf(const LineWidget* line) const {
   const auto found = std::find(_widgets.begin(), _widgets.end(), line);
+  if (found == _widgets.end()) return std::nullopt;
   return static_cast<std::size_t>(found - _widgets.begin());
+}
+
+void PredicateEditor::withLine(const LineWidget* line, void (PredicateEditor::*act)(std::size_t)) {
+  if (const auto at = indexOf(line)) (this->*act)(*at);
 }
 
 std::optional<std::size_t> PredicateEditor::lineWithFocus() const {

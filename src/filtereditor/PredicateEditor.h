@@ -21,7 +21,7 @@ class KeptNotice;
 
 /// Edits a filter in rows and groups of rows. A filter that cannot be shown so is kept, and shown
 /// as text, until the user wants another in its place. Ctrl+Return adds a row behind the one that
-/// has the focus. Thread: main. Errors: what would be beyond the limits of predicates is refused
+/// has the focus. The focus that the editor is given goes to its first line. Thread: main. Errors: what would be beyond the limits of predicates is refused
 /// with a beep.
 class PredicateEditor : public QWidget {
   Q_OBJECT
@@ -64,7 +64,8 @@ class PredicateEditor : public QWidget {
   void enter(std::size_t at);
   void replaceKept();
 
-  [[nodiscard]] std::size_t indexOf(const LineWidget* line) const;
+  [[nodiscard]] std::optional<std::size_t> indexOf(const LineWidget* line) const;
+  void withLine(const LineWidget* line, void (PredicateEditor::*act)(std::size_t at));
   [[nodiscard]] std::optional<std::size_t> lineWithFocus() const;
   [[nodiscard]] QSize sizeOfRows(int count) const;
 

@@ -44,6 +44,7 @@ class StoredValues {
     const plist::Value* chance = find(_stored, "chance");
     if (chance && isChance(*chance)) {
       entry.chance = chance->doubleValue();
+      entry.isChanceReal = chance->get<double>() != nullptr;
     } else {
       complain("chance");
     }
@@ -77,10 +78,18 @@ class StoredValues {
   platform::Log& _log;
 };
 
+/// The number of the kind that it came as.
+plist::Value chanceOf(const SourceEntry& entry) {
+  constexpr double kLargestWhole = 9'007'199'254'740'992;  // 2^53
+  const bool isWhole = entry.chance <= kLargestWhole && std::trunc(entry.chance) == entry.chance;
+  if (entry.isChanceReal || !isWhole) return entry.chance;
+  return static_cast<std::int64_t>(entry.chance);
+}
+
 /// All that is stored but the bookmark.
 plist::Dictionary valuesOf(const SourceEntry& entry) {
   return {{"enabled", entry.enabled},
-          {"chance", entry.chance},
+          {"chance", chanceOf(entry)},
           {"days", static_cast<std::int64_t>(entry.days)},
           {"screens", entry.screens}};
 }
@@ -125,9 +134,7 @@ plist::Array makeDefaultSources(const platform::UserFolders& userFolders,
   const std::vector<FilePath> pictures = userFolders.pictures();
   SourceEntry entry;
   entry.url = pictures.empty() ? FilePath("/Applications") : pictures.front();
-  plist::Dictionary stored = storedForm(entry, bookmarks);
-  stored.insert_or_assign("chance", static_cast<std::int64_t>(kFullChance));
-  return {std::move(stored)};
+  return {storedForm(entry, bookmarks)};
 }
 
 }  // namespace pelmora::sources

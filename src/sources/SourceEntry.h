@@ -22,6 +22,7 @@ struct SourceEntry {
   bool enabled = true;
   FilePath url;
   double chance = kFullChance;     // percent; the priority of its files is a hundredth of it
+  bool isChanceReal = false;       // stored as a real number, whole or not; else as an integer
   std::string screens;             // screens string
   std::uint64_t days = kEveryDay;  // days mask: bit 0 is Sunday
   std::optional<platform::FileIdentity> identity;  // of `url` when it was loaded, if it was there

@@ -1,32 +1,20 @@
 #include "config/ConfigureSheet.h"
 
-#include "cache/FolderCache.h"
-#include "config/FolderChooser.h"
+#include "config/tests/ConfigureSheetFixture.h"
 #include "filtereditor/PredicateEditor.h"
-#include "platform/fake/FakeServices.h"
-#include "platform/fake/TemporaryFolder.h"
 #include "platform/predicate/PredicateArchive.h"
 #include "platform/predicate/PredicateText.h"
-#include "sources/PMSourceList.h"
 #include "view/ModuleDefaults.h"
-#include "view/PelmoraView.h"
 
-#include <QApplication>
 #include <QCheckBox>
 #include <QComboBox>
-#include <QDialog>
-#include <QDialogButtonBox>
 #include <QDoubleSpinBox>
 #include <QGridLayout>
 #include <QLabel>
-#include <QMessageBox>
-#include <QPushButton>
+#include <QLineEdit>
 #include <QSlider>
-#include <QTest>
-#include <QTimer>
 
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
 #include <cmath>
 
@@ -38,80 +26,16 @@ using platform::predicate::Predicate;
 using testing::ElementsAre;
 using testing::HasSubstr;
 
-class NoChooser : public FolderChooser {
- public:
-  void chooseFolders(QWidget*, std::function<void(std::vector<FilePath>)> chosen) override {
-    chosen({});
-  }
-};
-
-class ConfigureSheetTest : public testing::Test {
+class ConfigureSheetTest : public ConfigureSheetFixture {
  protected:
-  ConfigureSheetTest() {
-    services.resourceFolder = FilePath(PELMORA_DATA);
-    fakes.displays.displays = {platform::FakeDisplays::display(1, {{0, 0}, {1920, 1080}})};
-    view.viewWillMoveToWindow(&window);
-    view.viewDidMoveToWindow();
-    view.startAnimation();
-  }
-  ~ConfigureSheetTest() override {
-    sheet.reset();
-    view.stopAnimation();
-    sources::PMSourceList::endSharedSourceList();
-    cache::FolderCache::endSharedCache();
-  }
-
-  void storeSources(const std::vector<std::string>& paths) {
-    plist::Array stored;
-    for (const std::string& path : paths) {
-      stored.emplace_back(
-          plist::Dictionary{{"bookmark", platform::FakeBookmarks::bookmarkOf(FilePath(path))},
-                            {"enabled", true},
-                            {"chance", 100},
-                            {"days", 127},
-                            {"screens", ""}});
+  /// Of the filter, as they are seen.
+  [[nodiscard]] int numRows() const {
+    int rows = 0;
+    for (const QLineEdit* text : sheet->predEd()->findChildren<QLineEdit*>()) {
+      if (text->accessibleName() == "Text" && text->isVisible()) ++rows;
     }
-    fakes.preferences.setObject("Sources", std::move(stored));
+    return rows;
   }
-  void store(const char* key, plist::Value value) {
-    fakes.preferences.setObject(key, std::move(value));
-  }
-  [[nodiscard]] plist::Value stored(const char* key) const {
-    return fakes.preferences.storedValues()[key];
-  }
-  template <typename T>
-  [[nodiscard]] T& outlet(const char* name) const {
-    return *sheet->configWindow()->findChild<T*>(name);
-  }
-  void click(QDialogButtonBox::StandardButton which) const {
-    QTest::mouseClick(outlet<QDialogButtonBox>("buttons").button(which), Qt::LeftButton);
-  }
-  void open() const {
-    QDialog* const opened = sheet->configureSheet();
-    ASSERT_NE(opened, nullptr);
-    opened->show();
-  }
-  /// Presses the only button of the next alert, and remembers what that was.
-  void answerAlert() {
-    QTimer::singleShot(0, [this] {
-      auto* alert = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
-      ASSERT_NE(alert, nullptr);
-      alertText = alert->text();
-      ASSERT_EQ(alert->buttons().size(), 1);
-      alertButton = alert->buttons().front()->text();
-      QTest::mouseClick(alert->buttons().front(), Qt::LeftButton);
-    });
-  }
-
-  platform::FakeServices fakes;
-  platform::TemporaryFolder temporary;
-  platform::Services services = fakes.services();
-  platform::FakeWindow window{platform::FakeDisplays::display(1, {{0, 0}, {1920, 1080}})};
-  view::PelmoraView view{services, {{0, 0}, {400, 300}}, true};
-  NoChooser chooser;
-  std::unique_ptr<ConfigureSheet> sheet = std::make_unique<ConfigureSheet>(view, chooser, nullptr);
-  QString alertText;
-  QString alertButton;
 };
 
 }  // namespace
@@ -204,18 +128,21 @@ TEST_F(ConfigureSheetTest, isCancelledByEscapeOnce) {
 
 TEST_F(ConfigureSheetTest, dropsTheEditsOfACancelledOpening) {
   open();
+  const auto first = sheet->predEd()->predicate();
   outlet<QSlider>("numImagesStepper").setValue(9);
   sheet->predEd()->addRow();
-  const auto edited = sheet->predEd()->predicate();
+  EXPECT_NE(sheet->predEd()->predicate(), first);
   click(QDialogButtonBox::Cancel);
   open();
   EXPECT_EQ(outlet<QLabel>("numImagesLabel").text(), "5");
-  EXPECT_NE(sheet->predEd()->predicate(), edited);
+  EXPECT_EQ(sheet->predEd()->predicate(), first);
+  EXPECT_EQ(numRows(), 1);
 }
 
 TEST_F(ConfigureSheetTest, hasItsDesignedSizeUntilOneIsStored) {
   open();
   const QSize designed = sheet->configWindow()->size();
+  EXPECT_EQ(designed, QSize(760, 720));  // as in its file
   EXPECT_FALSE(fakes.preferences.storedValues().contains("ConfigWindowSize"));
   click(QDialogButtonBox::Cancel);
   EXPECT_EQ(stored("ConfigWindowSize").get<plist::Dictionary>()->at("Width"),
@@ -282,6 +209,7 @@ TEST_F(ConfigureSheetTest, keepsTheStateOfTheTrackThatWasStored) {
 
 TEST_F(ConfigureSheetTest, showsOneEmptyRowWithoutAFilterAndStoresIt) {
   open();
+  EXPECT_EQ(numRows(), 1);
   click(QDialogButtonBox::Ok);
   const auto predicate =
       platform::predicate::readPredicateArchive(*stored("FilterPredicate").get<plist::Bytes>());
@@ -335,53 +263,6 @@ TEST_F(ConfigureSheetTest, leavesTheStoredFilterWhereTheNewOneCannotBeArchived) 
   EXPECT_EQ(stored("FilterPredicate"), plist::Value(archive));
   EXPECT_THAT(fakes.log.lines(),
               testing::Contains(testing::StartsWith("Error archiving filter predicate: ")));
-}
-
-TEST_F(ConfigureSheetTest, loadsTheListWithoutAWalkAndUnloadsItAtItsEnd) {
-  const FilePath folder = temporary.mkdir("a");
-  temporary.write("a/1.jpg", "picture");
-  storeSources({folder.bytes()});
-  open();
-  const auto list = view.sourceList();
-  EXPECT_EQ(list->numLoaders(), 1);
-  list->enumQueue().waitUntilAllOperationsAreFinished();
-  EXPECT_TRUE(list->dirItems().empty());
-  EXPECT_EQ(list->sources()->entries().size(), 1U);
-  ASSERT_EQ(sheet->sourceListViewController()->sources().size(), 1U);
-  EXPECT_EQ(sheet->sourceListViewController()->sources()[0].url, folder);
-  click(QDialogButtonBox::Ok);
-  EXPECT_EQ(list->numLoaders(), 0);
-  EXPECT_TRUE(list->sources()->entries().empty());
-}
-
-TEST_F(ConfigureSheetTest, laysEachOpeningsListOverTheEarlierOne) {
-  open();
-  const QDialog* const first = sheet->configWindow();
-  const auto* earlier = sheet->sourceListViewController()->view();
-  click(QDialogButtonBox::Cancel);
-  open();
-  EXPECT_EQ(sheet->configWindow(), first);
-  const auto* later = sheet->sourceListViewController()->view();
-  EXPECT_NE(earlier, later);
-  auto& parent = outlet<QWidget>("sourceListViewParent");
-  EXPECT_EQ(earlier->parentWidget(), &parent);
-  EXPECT_EQ(later->parentWidget(), &parent);
-  EXPECT_EQ(parent.layout()->count(), 2);
-  EXPECT_EQ(later->geometry(), parent.rect());
-}
-
-TEST_F(ConfigureSheetTest, namesStoredSourcesThatCannotBeFound) {
-  storeSources({temporary.mkdir("a").bytes(), "/media/gone"});
-  fakes.bookmarks.failToResolve(FilePath("/media/gone"));
-  open();
-  auto& notice = outlet<QLabel>("missingSourcesNotice");
-  EXPECT_TRUE(notice.isVisible());
-  EXPECT_THAT(notice.text().toStdString(), HasSubstr("/media/gone"));
-  EXPECT_EQ(sheet->sourceListViewController()->sources().size(), 1U);
-  click(QDialogButtonBox::Ok);
-  EXPECT_EQ(stored("Sources").get<plist::Array>()->size(), 1U);
-  open();
-  EXPECT_FALSE(notice.isVisible());
 }
 
 TEST_F(ConfigureSheetTest, saysWhenItsWindowCannotBeLoaded) {

@@ -189,6 +189,14 @@ TEST_F(SourceListViewControllerTest, buildsUpDaysFromNone) {
   EXPECT_EQ(changes, 3);
 }
 
+TEST_F(SourceListViewControllerTest, givesARowEveryDayAtOnce) {
+  show(numbered(2));
+  controller->sourcesController().setDays({1}, 10);
+  chooseDay(1, DaysCellView::kEveryDayTag);
+  EXPECT_EQ(entry(1).days, 127U);
+  EXPECT_THAT(tickedDays(1), ElementsAre(0, 1, 2, 3, 4, 5, 6));
+}
+
 TEST_F(SourceListViewControllerTest, leavesDaysThatItDoesNotKnowAlone) {
   show(numbered(1));
   controller->sourcesController().setDays({0}, 0x101);
@@ -236,6 +244,20 @@ TEST_F(SourceListViewControllerTest, storesFiveValuesOfASource) {
               plist::Value(plist::Array{expected}));
   }
   EXPECT_EQ(changes, 0);
+}
+
+TEST_F(SourceListViewControllerTest, storesAChanceAsANumberOfItsKind) {
+  show({});
+  controller->addFolders({temporary.mkdir("Pictures")});
+  const auto storedChance = [this] {
+    const auto stored = controller->getSourcesForStoringInPrefsMakingSecurityScopedBookmarks(false);
+    return stored.at(0).get<plist::Dictionary>()->at("chance");
+  };
+  EXPECT_EQ(storedChance(), plist::Value(100));
+  for (const double typed : {55.5, 12.0}) {
+    controller->sourcesController().setData(at(0, SourceColumn::chance), typed, Qt::EditRole);
+    EXPECT_EQ(storedChance(), plist::Value(typed));
+  }
 }
 
 TEST_F(SourceListViewControllerTest, leavesAFolderOutThatCannotBeFoundAgain) {

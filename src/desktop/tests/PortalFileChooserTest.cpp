@@ -1,12 +1,9 @@
 #include "desktop/PortalFileChooser.h"
 
+#include "desktop/tests/ScriptedPortal.h"
 #include "desktop/tests/TestBus.h"
 
 #include <QCoreApplication>
-#include <QDBusArgument>
-#include <QDBusMessage>
-#include <QDBusVariant>
-#include <QDBusVirtualObject>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -21,45 +18,6 @@ namespace {
 
 using testing::ElementsAre;
 
-constexpr const char* kName = "org.freedesktop.portal.Desktop";
-
-/// A portal that answers as it is told.
-class Portal : public QDBusVirtualObject {
- public:
-  [[nodiscard]] QString introspect(const QString&) const override { return {}; }
-  bool handleMessage(const QDBusMessage& message, const QDBusConnection& connection) override {
-    if (message.member() == "Get") {
-      connection.send(message.createReply(QVariant::fromValue(QDBusVariant(version))));
-    } else if (message.member() == "Close") {
-      closed = message.path();
-    } else if (refuses) {
-      connection.send(message.createErrorReply("org.example.No", "no"));
-    } else {
-      asked = message.arguments();
-      const QString sender = message.service().mid(1).replace('.', '_');
-      const QString token = qdbus_cast<QVariantMap>(asked[2])["handle_token"].toString();
-      const QString handle = "/org/freedesktop/portal/desktop/request/" + sender + "/" + token;
-      connection.send(message.createReply(QVariant::fromValue(QDBusObjectPath(handle))));
-      opened = handle;
-      if (isUndecided) return true;
-      QDBusMessage answer =
-          QDBusMessage::createSignal(handle, "org.freedesktop.portal.Request", "Response");
-      answer << response << results;
-      connection.send(answer);
-    }
-    return true;
-  }
-
-  unsigned int version = 3;
-  bool isUndecided = false;  // the user goes on looking
-  QString opened;
-  QString closed;
-  bool refuses = false;
-  unsigned int response = 0;
-  QVariantMap results;
-  QVariantList asked;
-};
-
 class PortalFileChooserTest : public testing::Test {
  protected:
   PortalFileChooserTest()
@@ -71,11 +29,7 @@ class PortalFileChooserTest : public testing::Test {
     QDBusConnection::disconnectFromBus("portal");
   }
 
-  void startPortal() {
-    portalBus.registerVirtualObject("/org/freedesktop/portal/desktop", &portal,
-                                    QDBusConnection::SubPath);
-    ASSERT_TRUE(portalBus.registerService(kName));
-  }
+  void startPortal() { ASSERT_TRUE(portal.start(portalBus)); }
   /// Until the user, or nobody, has chosen.
   std::optional<std::vector<FilePath>> choose() {
     PortalFileChooser chooser(bus);
@@ -88,7 +42,7 @@ class PortalFileChooserTest : public testing::Test {
   TestBus testBus;
   QDBusConnection bus;
   QDBusConnection portalBus;
-  Portal portal;
+  ScriptedPortal portal;
 };
 
 }  // namespace
@@ -154,6 +108,21 @@ TEST_F(PortalFileChooserTest, takesItsQuestionBack) {
   EXPECT_EQ(portal.closed, portal.opened);
   chooser.cancel();
   EXPECT_EQ(answers, 1);
+}
+
+TEST_F(PortalFileChooserTest, answersASecondQuestionWithNoneWhileTheFirstIsOpen) {
+  startPortal();
+  portal.isUndecided = true;
+  PortalFileChooser chooser(bus);
+  EXPECT_FALSE(chooser.isAsking());
+  chooser.chooseFolders({"first", ""}, [](const auto&) {});
+  EXPECT_TRUE(chooser.isAsking());
+  std::optional<std::optional<std::vector<FilePath>>> second;
+  chooser.chooseFolders({"second", ""}, [&second](auto folders) { second = folders; });
+  ASSERT_TRUE(second);
+  EXPECT_THAT(*second, testing::Optional(testing::IsEmpty()));
+  while (portal.opened.isEmpty()) QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+  EXPECT_EQ(portal.asked[0], "first");
 }
 
 TEST_F(PortalFileChooserTest, opensNothingThatWasTakenBackBefore) {

@@ -10,6 +10,7 @@
 namespace pelmora::desktop {
 
 TestBus::TestBus() {
+  if (!QCoreApplication::instance()) _application.emplace(_count, _words);
   const std::string socket = "--address=unix:dir=" + _folder.path().bytes();
   int told[2];
   if (pipe(told) != 0) throw std::runtime_error("no pipe");

@@ -7,6 +7,7 @@
 
 #include <sys/types.h>
 
+#include <optional>
 #include <string>
 
 namespace pelmora::desktop {
@@ -27,7 +28,7 @@ class TestBus {
   char _word[2] = "t";
   char* _words[2] = {_word, nullptr};
   int _count = 1;
-  QCoreApplication _application{_count, _words};  // which threads of Qt's want
+  std::optional<QCoreApplication> _application;  // where there is none: threads of Qt's want one
   platform::TemporaryFolder _folder;
   pid_t _process = -1;
   std::string _address;

@@ -1,8 +1,10 @@
 #include "filtereditor/tests/EditorFixture.h"
 
 #include <QDialog>
+#include <QLabel>
 #include <QPlainTextEdit>
 #include <QPushButton>
+#include <QWindow>
 
 namespace pelmora::filtereditor {
 namespace {
@@ -149,6 +151,33 @@ TEST_F(PredicateEditorKeysTest, reachTheButtonThatReplacesAFilter) {
   press(Qt::Key_Space);
   EXPECT_TRUE(field(0)->hasFocus());
   EXPECT_EQ(tabbed(), joined({kHead, kRow}));
+}
+
+TEST_F(PredicateEditorKeysTest, goToTheFirstLineFromTheLabelOfTheEditor) {
+  QLabel label("&Show", &window);
+  label.setBuddy(editor);
+  label.show();
+  const auto pressLabel = [this] {
+    behind->setFocus();
+    press(Qt::Key_S, Qt::AltModifier);
+  };
+  editor->addRow();
+  pressLabel();
+  EXPECT_TRUE(choice("Match", 0)->hasFocus());
+  set("kMDItemCity == \"a\" OR kMDItemCity == \"b\"");
+  pressLabel();
+  EXPECT_TRUE(choice("Match", 0)->hasFocus());
+  set("TRUEPREDICATE");
+  pressLabel();
+  EXPECT_EQ(QApplication::focusWidget(), editor->findChild<QPlainTextEdit*>());
+}
+
+TEST_F(PredicateEditorKeysTest, areLeftWhereTheyAreByAClickBesideTheLines) {
+  editor->addRow();
+  behind->setFocus();
+  QTest::mouseClick(window.windowHandle(), Qt::LeftButton, {},
+                    editor->mapTo(&window, QPoint(40, editor->height() - 20)));
+  EXPECT_TRUE(behind->hasFocus());
 }
 
 }  // namespace

@@ -253,6 +253,34 @@ TEST_F(PredicateEditorTest, scrollsToTheRowThatIsAdded) {
   EXPECT_FALSE(field(20)->visibleRegion().isEmpty());
 }
 
+TEST_F(PredicateEditorTest, hearsNoMoreOfALineThatWasTakenAway) {
+  set("kMDItemCity == \"a\" AND (kMDItemCity == \"b\" OR kMDItemCity == \"c\")");
+  QLineEdit* const typed = field(1);
+  QComboBox* const attribute = choice("Attribute", 1);
+  QComboBox* const type = choice("Operator", 1);
+  QComboBox* const match = choice("Match", 1);
+  std::vector<QToolButton*> buttons;
+  for (const char* name : {"Add row", "Add group", "Remove"}) {
+    for (QToolButton* button : shown<QToolButton>(name)) {
+      const bool isOfGroup = match->parentWidget()->isAncestorOf(button);
+      if (isOfGroup || typed->parentWidget()->isAncestorOf(button)) buttons.push_back(button);
+    }
+  }
+  ASSERT_EQ(buttons.size(), 6U);
+  QTest::mouseClick(shown<QToolButton>("Remove").at(1), Qt::LeftButton);  // the group
+  const std::string left = "kMDItemCity == \"a\"";
+  ASSERT_EQ(text(), left);
+  edits = 0;
+  typed->setText("z");
+  attribute->setCurrentIndex(0);
+  type->setCurrentIndex(0);
+  match->setCurrentIndex(0);
+  for (QToolButton* button : buttons) button->click();
+  EXPECT_EQ(text(), left);
+  EXPECT_EQ(edits, 0);
+  EXPECT_EQ(shown<QLineEdit>("Text").size(), 1U);
+}
+
 TEST_F(PredicateEditorTest, hasRoomForARowAtItsSmallest) {
   set(kNested);
   window.resize(window.minimumSizeHint());

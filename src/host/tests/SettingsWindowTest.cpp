@@ -132,6 +132,16 @@ TEST_F(SettingsWindowTest, startsThePreviewAnewWithWhatWasChosen) {
   runUntil([this] { return status().starts_with("No pictures were found."); });
 }
 
+TEST_F(SettingsWindowTest, showsPicturesAgainAfterCancel) {
+  window.emplace(chooser, false);
+  window->show();
+  runUntil([this] { return status() == "Folders: 1  Pictures: 3"; });
+  window->openOptions();
+  runUntil([this] { return status().empty(); });
+  window->sheet().onCancel();
+  runUntil([this] { return status() == "Folders: 1  Pictures: 3"; });
+}
+
 TEST_F(SettingsWindowTest, closes) {
   window.emplace(chooser, false);
   window->show();

@@ -129,6 +129,24 @@ TEST_F(SourceEntryTest, comesBackFromItsStoredForm) {
             plist::Value(complete()));
 }
 
+TEST_F(SourceEntryTest, storesAChanceAsTheKindOfNumberThatItCameAs) {
+  for (const plist::Value& chance :
+       {plist::Value(100), plist::Value(0), plist::Value(100.0), plist::Value(55.5)}) {
+    plist::Dictionary stored = complete();
+    stored.insert_or_assign("chance", chance);
+    EXPECT_EQ(storedForm(resolve(stored), fakes.bookmarks).at("chance"), chance);
+  }
+  EXPECT_EQ(storedForm(SourceEntry(), fakes.bookmarks).at("chance"), plist::Value(100));
+}
+
+TEST_F(SourceEntryTest, storesAChanceThatIsNoIntegerAsARealNumber) {
+  for (const double chance : {12.5, 1e300}) {
+    SourceEntry entry;
+    entry.chance = chance;
+    EXPECT_EQ(storedForm(entry, fakes.bookmarks).at("chance"), plist::Value(chance));
+  }
+}
+
 TEST_F(SourceEntryTest, isThePicturesFolderByDefault) {
   fakes.userFolders.picturesFolders = {folder, temporary.mkdir("Other")};
   const plist::Dictionary expected{{"enabled", true},
