@@ -21,8 +21,8 @@ class KeptNotice;
 
 /// Edits a filter in rows and groups of rows. A filter that cannot be shown so is kept, and shown
 /// as text, until the user wants another in its place. Ctrl+Return adds a row behind the one that
-/// has the focus. The focus that the editor is given goes to its first line. Thread: main. Errors: what would be beyond the limits of predicates is refused
-/// with a beep.
+/// has the focus. The focus that the editor is given goes to its first line. Thread: main. Errors:
+/// what would be beyond the limits of predicates is refused with a beep.
 class PredicateEditor : public QWidget {
   Q_OBJECT
 

@@ -65,12 +65,17 @@ class FaultCase(live.LiveCase):
     def display_list(self):
         return os.path.join(self.home, ".cache", "Pelmora", "Screen 1 Log.txt")
 
+    def time_of_list(self):
+        try:
+            return os.stat(self.display_list()).st_mtime_ns
+        except FileNotFoundError:  # it comes with the first card, or after it
+            return 0
+
     def wait_for_cards(self, count=2):
         """So many more, by the display list, which is written with each."""
         for _ in range(count):
-            before = os.stat(self.display_list()).st_mtime_ns
-            self.wait_until(self.saver, lambda: os.stat(self.display_list()).st_mtime_ns != before,
-                            "the next card")
+            before = self.time_of_list()
+            self.wait_until(self.saver, lambda: self.time_of_list() != before, "the next card")
 
     def end(self):
         """Asks it to end, and holds it to what it promises."""
