@@ -28,7 +28,7 @@ class StallGuard {
   auto wait(const std::string& name, Work work) -> std::optional<decltype(work())> {
     using Value = decltype(work());
     const auto value = std::make_shared<std::optional<Value>>();
-    if (!finish(name, [value, work = std::move(work)] { value->emplace(work()); })) {
+    if (!finish(name, [value, work = std::move(work)] { *value = work(); })) {
       return std::nullopt;
     }
     return std::move(*value);
