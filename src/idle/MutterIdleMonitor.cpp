@@ -74,6 +74,9 @@ void MutterIdleMonitor::addIdleWatch() {
                           const QDBusMessage answer = finished.reply();
                           _idleWatch = idIn(answer);
                           _owner = answer.service();
+                          if (const auto early = std::exchange(_firedBefore, std::nullopt)) {
+                            fired(*early);
+                          }
                         });
 }
 
@@ -91,7 +94,11 @@ void MutterIdleMonitor::addActiveWatch() {
 }
 
 void MutterIdleMonitor::fired(const QDBusMessage& message) {
-  if (_owner.isEmpty() || message.service() != _owner) return;
+  if (_owner.isEmpty()) {
+    _firedBefore = message;
+    return;
+  }
+  if (message.service() != _owner) return;
   if (message.signature() != QLatin1String("u")) return;
   const unsigned int watch = message.arguments().constFirst().toUInt();
   if (watch == 0) return;
@@ -111,6 +118,7 @@ void MutterIdleMonitor::fired(const QDBusMessage& message) {
 void MutterIdleMonitor::ownerChanged(const QString& owner) {
   ++_generation;
   _owner.clear();
+  _firedBefore.reset();
   _idleWatch = 0;
   _activeWatch = 0;
   becomeActive();

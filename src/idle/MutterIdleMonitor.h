@@ -41,11 +41,12 @@ class MutterIdleMonitor : public IdleMonitor {
   std::optional<BusSignal> _fired;
   std::chrono::seconds _delay{};
   Events _events;
-  QString _owner;                 // its unique name, "" while it is not known
-  unsigned int _idleWatch = 0;    // their ids; 0 is none
-  unsigned int _activeWatch = 0;  // once
-  unsigned int _early = 0;        // fired before its id was told
-  unsigned int _generation = 0;   // counts owners: answers of an earlier one are ignored
+  QString _owner;                            // its unique name, "" while it is not known
+  std::optional<QDBusMessage> _firedBefore;  // the last that came while it was not known
+  unsigned int _idleWatch = 0;               // their ids; 0 is none
+  unsigned int _activeWatch = 0;             // once
+  unsigned int _early = 0;                   // fired before its id was told
+  unsigned int _generation = 0;              // counts owners: answers of an earlier one are ignored
   bool _isIdle = false;
 };
 

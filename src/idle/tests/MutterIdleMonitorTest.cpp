@@ -81,6 +81,16 @@ TEST_F(MutterIdleMonitorTest, ignoresWatchesOfOthersAndSignalsThatOthersSend) {
   waitUntil([&] { return idles == 1; });
 }
 
+TEST_F(MutterIdleMonitorTest, hearsAWatchThatFiresBeforeItsNumberIsTold) {
+  other.isSilent = true;
+  start();
+  fire(kIdleWatch);
+  settle();
+  EXPECT_EQ(idles, 0);
+  otherBus.send(other.calls.back().createReply(QVariantList{kIdleWatch}));
+  waitUntil([&] { return idles == 1; });
+}
+
 TEST_F(MutterIdleMonitorTest, countsTheUserAsActiveWhileTheCompositorIsAway) {
   start();
   fire(kIdleWatch);
