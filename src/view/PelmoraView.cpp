@@ -52,11 +52,6 @@ void seedRandom(const platform::Clock& clock) {
   srandom(static_cast<unsigned int>(static_cast<std::uint64_t>(seconds) & 0xFFFFFFFFU));
 }
 
-bool exists(const FilePath& path) {
-  struct stat facts {};
-  return stat(path.c_str(), &facts) == 0;
-}
-
 std::string describeScreens(const std::vector<platform::Display>& screens) {
   std::string text = "(";
   for (const platform::Display& screen : screens) {
@@ -299,7 +294,8 @@ void PelmoraView::prepareDisplayList() {
   log.print("Pelmora: Cache folder: %s", describeFolders(caches).c_str());
   if (caches.empty()) return;
   const FilePath folder = caches.front() / kApplicationName;
-  if (!exists(folder) && mkdir(folder.c_str(), 0700) != 0) {
+  // Another thread, of the index, makes it as well: that it has come meanwhile is as good.
+  if (mkdir(folder.c_str(), 0700) != 0 && errno != EEXIST) {
     log.print("Pelmora: Error either attrs of folder or creating cache folder: %s",
               std::strerror(errno));
     return;

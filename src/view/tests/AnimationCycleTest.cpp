@@ -3,6 +3,7 @@
 #include "render/Layer.h"
 #include "view/DisplayListFile.h"
 
+#include <filesystem>
 #include <fstream>
 #include <iterator>
 #include <limits>
@@ -174,6 +175,14 @@ TEST_F(AnimationCycle, runsOnWhenItsFolderCannotBeMade) {
   EXPECT_EQ(
       fakes.log.countContaining("Pelmora: Error either attrs of folder or creating cache folder: "),
       1U);
+}
+
+// To the system's calls, a link to nowhere is a folder that comes just before it would be made.
+TEST_F(AnimationCycle, goesOnWithAFolderThatAnotherMakesMeanwhile) {
+  std::filesystem::create_symlink("nowhere", (folder.path() / "caches/Pelmora").bytes());
+  startView();
+  EXPECT_EQ(fakes.log.countContaining("creating cache folder"), 0U);
+  EXPECT_EQ(fakes.log.count("Pelmora: Error creating log file for screen 1."), 1U);
 }
 
 TEST_F(AnimationCycle, saysWhenTheListCannotBeMade) {
