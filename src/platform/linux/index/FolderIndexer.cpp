@@ -3,6 +3,7 @@
 #include "platform/linux/index/FileAttributes.h"
 
 #include <fcntl.h>
+#include <sys/resource.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -48,6 +49,14 @@ bool isForGood(int error) {
 bool isOutOfReach(int file) {
   char first = 0;
   return ::pread(file, &first, 1, 0) < 0;
+}
+
+/// How many files of a batch are open at most. There are two batches at a time, and all other work
+/// of the process is to have three descriptors of four.
+std::size_t filesAtOnce() {
+  rlimit limit{};
+  if (::getrlimit(RLIMIT_NOFILE, &limit) != 0) return FolderIndexer::kBatch;
+  return std::clamp<rlim_t>(limit.rlim_cur / 8, 1, FolderIndexer::kBatch);
 }
 
 bool isWantOfDescriptors(int error) { return error == EMFILE || error == ENFILE; }
@@ -106,7 +115,7 @@ class FolderIndexer::Reading {
 
   /// False when it is full, there are no more, or files that are open have to be closed first.
   bool openOne(Batch& batch, bool areOthersOpen) {
-    while (!_names.empty() && batch.entries.size() < kBatch && !isOver()) {
+    while (!_names.empty() && batch.entries.size() < _filesAtOnce && !isOver()) {
       const std::string& name = _names.front();
       if (!isReadByAnother(name)) {
         FileDescriptor file = openFile(_folder.descriptor.get(), name);
@@ -183,6 +192,7 @@ class FolderIndexer::Reading {
   std::span<const std::string> _names;  // of files that are not opened yet
   Outcome& _outcome;
   const std::function<void()>& _batchDone;
+  const std::size_t _filesAtOnce = filesAtOnce();
   const std::uint64_t _failures;            // of the store, before
   std::vector<MetadataStore::Entry> _read;  // and not stored yet
 };

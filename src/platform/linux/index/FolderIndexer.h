@@ -46,7 +46,8 @@ class FolderIndexer {
   Outcome update(const FilePath& folder, MetadataStore::FolderId id, Unread unread,
                  const std::function<void()>& batchDone);
 
-  /// How many files are stored at once, and read while others have the next turn to wait for.
+  /// How many files are stored at once, and read while others have the next turn to wait for; fewer
+  /// where few may be open.
   static constexpr std::size_t kBatch = 64;
   static constexpr std::size_t kTurn = 8 * kBatch;
 

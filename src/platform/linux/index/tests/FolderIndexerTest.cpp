@@ -8,7 +8,9 @@
 
 #include <gmock/gmock.h>
 
+#include <algorithm>
 #include <filesystem>
+#include <iterator>
 
 namespace pelmora::platform {
 
@@ -30,6 +32,11 @@ class FewDescriptors {
  private:
   rlimit _before{};
 };
+
+std::size_t openDescriptors() {
+  const std::filesystem::directory_iterator all("/proc/self/fd");
+  return static_cast<std::size_t>(std::distance(begin(all), end(all)));
+}
 
 class FolderIndexerTest : public IndexFixture {
  protected:
@@ -175,6 +182,18 @@ TEST_F(FolderIndexerTest, readsLaterWhatADiskDidNotGive) {
   isDiskSlow = false;
   EXPECT_FALSE(update(Unread::tried).hasUnread);
   EXPECT_THAT(filesWithTitle("one"), testing::ElementsAre("a.jpg"));
+}
+
+TEST_F(FolderIndexerTest, leavesMostDescriptorsToThoseWhoShowPictures) {
+  for (int i = 0; i < 60; ++i) temporary.write("pictures/" + std::to_string(i), "one");
+  const std::size_t before = openDescriptors();
+  std::size_t most = 0;
+  beforeReading = [&] { most = std::max(most, openDescriptors()); };
+  const FewDescriptors few(64);
+  EXPECT_FALSE(update().hasUnread);
+  EXPECT_GT(most, before);
+  EXPECT_LT(most, before + 32);
+  EXPECT_THAT(filesWithTitle("one"), testing::SizeIs(60));
 }
 
 // The address sanitizer's companions want descriptors of their own.
