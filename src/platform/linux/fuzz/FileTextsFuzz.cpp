@@ -65,7 +65,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     default: {
       folder.write("listed/.hidden", text);
       const auto listing = PosixFiles().list(folder.path() / "listed", FinalLink::refuse);
-      if (!listing || listing->names->size() > 1) std::abort();
+      if (!listing || (*listing)->names->size() > 1) std::abort();
     }
   }
   return 0;
