@@ -128,6 +128,8 @@ class LiveWayland(live.LiveCase):
 
     def check_displays_come_and_go(self, *words):
         saver = self.cover(*words)
+        # So that the compositor goes on showing what was there, on the first display.
+        self.compositor.command("focus", "output", "X11-2")
         self.compositor.unplug("X11-2")
         self.wait_until(saver, lambda: b"Screen 2 has gone" in saver.log, "the end of a view")
         self.wait_until(saver, lambda: self.is_covered("X11-1"), "the first display as it was")
@@ -154,9 +156,9 @@ class LiveWayland(live.LiveCase):
     def test_follows_displays_that_come_and_go_by_ordinary_windows(self):
         self.check_displays_come_and_go("--no-layers")
 
-    def check_displays_go_amid_frames(self, renderer):
+    def check_displays_go_amid_frames(self, *words):
         self.env["LD_PRELOAD"] = slow_callbacks
-        saver = self.cover("--renderer", renderer)
+        saver = self.cover(*words)
         for _ in range(3):
             self.compositor.unplug(self.compositor.outputs()[-1])
             new = self.compositor.plug_in()
@@ -165,10 +167,16 @@ class LiveWayland(live.LiveCase):
         self.check_stopped(saver)
 
     def test_loses_displays_amid_frames(self):
-        self.check_displays_go_amid_frames("software")
+        self.check_displays_go_amid_frames("--renderer", "software")
 
     def test_loses_displays_amid_frames_of_the_graphics_processor(self):
-        self.check_displays_go_amid_frames("gpu")
+        self.check_displays_go_amid_frames("--renderer", "gpu")
+
+    def test_loses_displays_amid_frames_of_ordinary_windows(self):
+        self.check_displays_go_amid_frames("--renderer", "software", "--no-layers")
+
+    def test_loses_displays_amid_frames_of_the_graphics_processor_in_ordinary_windows(self):
+        self.check_displays_go_amid_frames("--renderer", "gpu", "--no-layers")
 
     def test_follows_a_display_that_changes_its_size_and_scale(self):
         saver = self.cover()

@@ -84,6 +84,11 @@ void CoverWindow::coverByFullScreen() {
   _window.showFullScreen();
 }
 
+void CoverWindow::showAgain() {
+  _window.hide();
+  coverByFullScreen();
+}
+
 void CoverWindow::sizeLayer(std::uint32_t width, std::uint32_t height) {
   constexpr std::uint32_t kLargest = 1 << 16;
   _patience.stop();

@@ -28,6 +28,9 @@ class CoverWindow : public QObject {
               std::function<void()> closed);
   ~CoverWindow() override;
 
+  /// Takes an ordinary window off the screen and puts it there anew, in front.
+  void showAgain();
+
  private:
   [[nodiscard]] bool coverByLayer(const wayland::LayerShell& layers);
   void coverByFullScreen();

@@ -44,6 +44,7 @@ void DisplayCover::coverLater() {
 
 void DisplayCover::coverAll() {
   _displays.update();
+  if (std::exchange(_hasOneGone, false)) showOthersAgain();
   for (QScreen* screen : QGuiApplication::screens()) {
     if (!_covered.contains(screen)) cover(*screen);
   }
@@ -67,8 +68,20 @@ void DisplayCover::uncover(QScreen& screen) {
   _windows.finishFrame(node.mapped().window);
   node.mapped().cover.reset();
   _windows.remove(node.mapped().window);
+  _hasOneGone = true;
   // The keyboard was perhaps that window's.
   if (!_covered.empty()) _covered.begin()->second.window.requestActivate();
+}
+
+/// A compositor moves the window of a display that goes to another display, and may go on showing
+/// there the workspace where it was, and not the one of the window that covers it. No window raises
+/// itself on Wayland, but one that is shown anew is seen. Layers are on no workspace.
+void DisplayCover::showOthersAgain() {
+  if (_layers || !wayland::displayOfApplication()) return;
+  for (const auto& [screen, covered] : _covered) {
+    _windows.finishFrame(covered.window);
+    covered.cover->showAgain();
+  }
 }
 
 /// Mostly its display has gone, and is reported so a moment later. Where it has not, the compositor

@@ -31,6 +31,7 @@ class DisplayCover : public QObject {
   void coverAll();
   void cover(QScreen& screen);
   void uncover(QScreen& screen);
+  void showOthersAgain();
   void windowClosed(QScreen& screen);
 
   struct Covered {
@@ -42,6 +43,7 @@ class DisplayCover : public QObject {
   std::unique_ptr<wayland::LayerShell> _layers;
   std::map<QScreen*, Covered> _covered;
   QTimer _later;
+  bool _hasOneGone = false;
 };
 
 }  // namespace pelmora::host
