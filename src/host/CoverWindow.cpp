@@ -85,6 +85,7 @@ void CoverWindow::coverByFullScreen() {
 }
 
 void CoverWindow::showAgain() {
+  if (_layer) return;
   _window.hide();
   coverByFullScreen();
 }

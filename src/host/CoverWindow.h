@@ -28,7 +28,7 @@ class CoverWindow : public QObject {
               std::function<void()> closed);
   ~CoverWindow() override;
 
-  /// Takes an ordinary window off the screen and puts it there anew, in front.
+  /// Takes an ordinary window off the screen and puts it there anew, in front. Layers are in front.
   void showAgain();
 
  private:

@@ -75,9 +75,9 @@ void DisplayCover::uncover(QScreen& screen) {
 
 /// A compositor moves the window of a display that goes to another display, and may go on showing
 /// there the workspace where it was, and not the one of the window that covers it. No window raises
-/// itself on Wayland, but one that is shown anew is seen. Layers are on no workspace.
+/// itself on Wayland, but one that is shown anew is seen.
 void DisplayCover::showOthersAgain() {
-  if (_layers || !wayland::displayOfApplication()) return;
+  if (!wayland::displayOfApplication()) return;
   for (const auto& [screen, covered] : _covered) {
     _windows.finishFrame(covered.window);
     covered.cover->showAgain();
