@@ -14,6 +14,7 @@ import unittest
 import pngfile
 
 LIMIT = 20  # seconds that anything may take
+DELAY = 0.5  # seconds from card to card
 
 
 class VirtualDisplay:
@@ -40,7 +41,7 @@ class VirtualDisplay:
 
     def close(self):
         self.server.terminate()
-        self.server.wait()
+        self.server.wait(LIMIT)
         shutil.rmtree(self.folder)
 
     def pixels(self, x, y, width, height):
@@ -80,7 +81,7 @@ class LiveCase(unittest.TestCase):
             with open(os.path.join(pictures, f"{number}.png"), "wb") as file:
                 file.write(pngfile.encode(60, 40, (200, 20 * number, 90)))
         self.run_tool("sources", "add", pictures)
-        self.run_tool("defaults", "write", "Delay", "0.5")
+        self.run_tool("defaults", "write", "Delay", str(DELAY))
 
     def open_display(self):
         """Starts what the saver is shown on, and names it in the environment."""

@@ -1,6 +1,7 @@
 """What processes hold, as the kernel tells it."""
 
 import collections
+import contextlib
 import os
 import select
 import statistics
@@ -38,9 +39,11 @@ def descriptors_of(process):
 def children_of(process):
     """The processes that it started and that are not waited for."""
     found = []
-    for thread in os.listdir(f"/proc/{process}/task"):
-        with open(f"/proc/{process}/task/{thread}/children", encoding="utf-8") as file:
-            found += file.read().split()
+    with contextlib.suppress(FileNotFoundError):  # the process has gone
+        for thread in os.listdir(f"/proc/{process}/task"):
+            with (contextlib.suppress(OSError),  # the thread has
+                  open(f"/proc/{process}/task/{thread}/children", encoding="utf-8") as file):
+                found += file.read().split()
     return found
 
 
@@ -54,8 +57,10 @@ def has_grown(before, after):
     return after - before > max(MOST_KIB, before * MOST_GROWTH)
 
 
-def is_more(use, before):
-    return any(getattr(use, name) > getattr(before, name) for name in COUNTED)
+def is_more(use, others):
+    """Than there ever was."""
+    return any(getattr(use, name) > max(getattr(other, name) for other in others)
+               for name in COUNTED)
 
 
 def keeps_growing(numbers):
@@ -92,7 +97,7 @@ class Cycles:
         """Hosts let go of a saver's things in their own time."""
         deadline = time.monotonic() + LIMIT
         use = use_of(self._process)
-        while self._uses and is_more(use, self._uses[0]) and time.monotonic() < deadline:
+        while self._uses and is_more(use, self._uses) and time.monotonic() < deadline:
             select.select([], [], [], 0.05)
             use = use_of(self._process)
         return use

@@ -114,14 +114,20 @@ class FaultCase(live.LiveCase):
     # The judge -----------------------------------------------------------------------------------
 
     def assert_files_are_whole(self):
-        """What has been written can be read by others, and nothing half-written lies about."""
-        config = os.path.join(self.home, ".config", "Pelmora")
+        """What has been written can be read by others, the preferences are those of the user, and
+        nothing half-written lies about."""
         cache = os.path.join(self.home, ".cache", "Pelmora")
-        with open(os.path.join(config, "Preferences.plist"), "rb") as file:
-            self.assertIsInstance(plistlib.load(file), dict)
+        preferences = self.preferences()
+        self.assertEqual(float(preferences["Delay"]), live.DELAY)
+        self.assertGreater(len(preferences["Sources"]), 0)
+        self.assertTrue(all(source["bookmark"] for source in preferences["Sources"]), preferences)
         self.assert_archive_is_whole(os.path.join(cache, "FolderCache.plist"))
         self.assert_index_is_whole(os.path.join(cache, "Metadata.sqlite"))
         self.assert_list_is_whole(self.display_list())
+
+    def preferences(self):
+        with open(os.path.join(self.home, ".config", "Pelmora", "Preferences.plist"), "rb") as file:
+            return plistlib.load(file)
 
     def assert_archive_is_whole(self, path):
         with contextlib.suppress(FileNotFoundError):

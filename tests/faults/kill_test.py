@@ -59,7 +59,10 @@ class Kill(faulting.FaultCase):
         latest = min(1.5 * (time.monotonic() - self.began), LATEST)
         self.end()
         shown = 0
+        self.run_tool("defaults", "write", "NumImages", "5")
         for number in range(KILLS):
+            with contextlib.suppress(FileNotFoundError):
+                os.remove(self.display_list())
             saver = self.popen("window", "--size", "300x200")
             writer = self.popen("defaults", "write", "NumImages", str(5 + number % 5))
             saver_ends, writer_ends = rng.uniform(0, latest), rng.uniform(0, 0.3)
@@ -71,8 +74,10 @@ class Kill(faulting.FaultCase):
                 process.wait()
             with self.subTest(kill=number, after=saver_ends, seed=seed):
                 self.assert_files_are_whole()
+                self.assertIn(self.preferences()["NumImages"], range(5, 10))
             shown += os.path.exists(self.display_list()) and os.path.getsize(self.display_list()) > 0
         self.reap()
+        self.assertGreater(shown, 0)
         print(f"{KILLS} kills, {shown} while pictures were shown")
         self.run_tool("defaults", "write", "NumImages", "6")
         self.begin()

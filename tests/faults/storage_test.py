@@ -69,14 +69,13 @@ class Storage(faulting.FaultCase):
         shutil.rmtree(os.path.join(self.home, "nowhere"), ignore_errors=True)
 
     def test_keeps_what_it_writes_to_the_user_whatever_the_mask_is(self):
-        shutil.rmtree(os.path.join(self.home, ".config"))
-        self.run_tool("defaults", "write", "Delay", "0.5")
         for mask in ("0", "022"):
             with self.subTest(mask=mask):
                 shutil.rmtree(os.path.join(self.home, ".config"))
                 shutil.rmtree(os.path.join(self.home, ".cache"), ignore_errors=True)
                 within = faulting.in_shell(f"umask {mask}", namespace=False)
                 for words in (("sources", "add", self.pictures),
+                              ("defaults", "write", "Delay", str(live.DELAY)),
                               ("defaults", "write", "FilterPredicate", "kMDItemFSName != 'a'")):
                     done, _ = self.tool(*words, within=within)
                     self.assertEqual(done.returncode, 0, done.stderr)
