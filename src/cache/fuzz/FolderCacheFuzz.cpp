@@ -21,7 +21,12 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   const FilePath known("/pictures/a");
   if (const auto entry = cache.cachedFolder(known); isRead && entry && entry->fileNames) {
     for (std::size_t i = 0; i < entry->fileNames->size(); ++i) {
-      static_cast<void>((*entry->fileNames)[i]);
+      const std::string_view name = (*entry->fileNames)[i];
+      // None leaves its folder.
+      if (name.empty() || name == "." || name == ".." ||
+          name.find_first_of(std::string_view("/\0", 2)) != std::string_view::npos) {
+        std::abort();
+      }
     }
   }
   static_cast<void>(cache.mdateOfFolder(known));
