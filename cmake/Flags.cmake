@@ -50,7 +50,8 @@ if(PELMORA_FUZZ)
   add_link_options(-fsanitize=fuzzer-no-link)
 endif()
 
+# Threads count at the same time.
 if(PELMORA_COVERAGE)
-  add_compile_options(--coverage)
+  add_compile_options(--coverage -fprofile-update=atomic)
   add_link_options(--coverage)
 endif()
