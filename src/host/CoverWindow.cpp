@@ -85,7 +85,6 @@ void CoverWindow::coverByFullScreen() {
 }
 
 void CoverWindow::showAgain() {
-  if (_layer) return;
   _window.hide();
   coverByFullScreen();
 }

@@ -28,7 +28,8 @@ class CoverWindow : public QObject {
               std::function<void()> closed);
   ~CoverWindow() override;
 
-  /// Takes an ordinary window off the screen and puts it there anew, in front. Layers are in front.
+  [[nodiscard]] bool isLayer() const { return _layer != nullptr; }
+  /// Takes a window that is no layer off the screen and puts it there anew, in front.
   void showAgain();
 
  private:

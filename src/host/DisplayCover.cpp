@@ -75,10 +75,11 @@ void DisplayCover::uncover(QScreen& screen) {
 
 /// A compositor moves the window of a display that goes to another display, and may go on showing
 /// there the workspace where it was, and not the one of the window that covers it. No window raises
-/// itself on Wayland, but one that is shown anew is seen.
+/// itself on Wayland, but one that is shown anew is seen. Layers are over all workspaces.
 void DisplayCover::showOthersAgain() {
   if (!wayland::displayOfApplication()) return;
   for (const auto& [screen, covered] : _covered) {
+    if (covered.cover->isLayer()) continue;
     _windows.finishFrame(covered.window);
     covered.cover->showAgain();
   }
