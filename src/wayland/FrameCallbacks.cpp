@@ -1,8 +1,10 @@
 #include "wayland/FrameCallbacks.h"
 
+#include "wayland/OwnQueue.h"
 #include "wayland/QtHandles.h"
 
 #include <qpa/qplatformwindow.h>
+#include <wayland-client.h>
 #include <QCoreApplication>
 #include <QDeadlineTimer>
 #include <QEvent>
@@ -26,14 +28,23 @@ class AwaitedUpdates : public QObject {
     window.requestUpdate();
   }
 
-  /// Takes what the thread that hears callbacks has told.
-  [[nodiscard]] bool areGranted() {
-    for (const auto& [window, count] : std::map(_awaited)) {
-      auto* platformWindow = dynamic_cast<QObject*>(window->handle());
-      if (!platformWindow) return true;
-      QCoreApplication::sendPostedEvents(platformWindow, QEvent::MetaCall);
+  [[nodiscard]] bool areGrantedWithin(std::chrono::milliseconds limit) {
+    const QDeadlineTimer deadline(limit);
+    while (!areGranted()) {
+      if (deadline.hasExpired()) return false;
+      std::this_thread::sleep_for(std::chrono::milliseconds(1));
     }
-    return _awaited.empty();
+    return true;
+  }
+
+  /// Takes the windows that still wait off the screen, unbeknown to Qt.
+  void unmapAwaited() {
+    for (const auto& [window, count] : _awaited) {
+      wl_surface* surface = surfaceOf(*window);
+      if (!surface) continue;
+      wl_surface_attach(surface, nullptr, 0, 0);
+      wl_surface_commit(surface);
+    }
   }
 
   [[nodiscard]] bool eventFilter(QObject* watched, QEvent* event) override {
@@ -49,6 +60,16 @@ class AwaitedUpdates : public QObject {
   }
 
  private:
+  /// Takes what the thread that hears callbacks has told.
+  [[nodiscard]] bool areGranted() {
+    for (const auto& [window, count] : std::map(_awaited)) {
+      auto* platformWindow = dynamic_cast<QObject*>(window->handle());
+      if (!platformWindow) return true;
+      QCoreApplication::sendPostedEvents(platformWindow, QEvent::MetaCall);
+    }
+    return _awaited.empty();
+  }
+
   std::map<QWindow*, int> _awaited;  // how many each
 };
 
@@ -60,10 +81,13 @@ void awaitFrameCallbacks(const std::vector<QWindow*>& windows, std::chrono::mill
     // What is not exposed is not called back.
     if (surfaceOf(*window) && window->isExposed()) updates.await(*window);
   }
-  const QDeadlineTimer deadline(limit);
-  while (!updates.areGranted() && !deadline.hasExpired()) {
-    std::this_thread::sleep_for(std::chrono::milliseconds(1));
-  }
+  if (updates.areGrantedWithin(limit)) return;
+  // Perhaps the compositor does not call back, perhaps it does just when the window goes. It has
+  // no reason to for what has no content, and what it has sent by now needs no more than this
+  // machine's time.
+  updates.unmapAwaited();
+  if (!OwnQueue(displayOfApplication()).roundTrip()) return;
+  (void)updates.areGrantedWithin(limit);
 }
 
 }  // namespace pelmora::wayland

@@ -1,16 +1,14 @@
 #pragma once
 
+#include "wayland/OwnQueue.h"
+
 #include <chrono>
 #include <cstdint>
 
-struct wl_display;
 struct wl_interface;
 struct wl_proxy;
 
 namespace pelmora::wayland {
-
-/// How long a compositor may take to say what it offers.
-inline constexpr std::chrono::milliseconds kAnswerLimit{2000};
 
 /// Binds what a compositor offers under the interface's name, at that version; null when it offers
 /// none, an older one, or does not answer in time. Its events come in the connection's default
