@@ -1,6 +1,7 @@
 #!/usr/bin/env python3
 """Lets the saver run in a window of a virtual X display for long, looks every minute at what it
-holds, and ends with a table and a verdict: python3 live_soak.py --pelmora PATH --minutes 120"""
+holds, and ends with a table and a verdict: python3 live_soak.py --pelmora PATH --minutes 120
+With --gl-counts LIBRARY, the graphics processor draws, and its objects are counted."""
 
 import argparse
 import collections
@@ -8,6 +9,7 @@ import os
 import shutil
 import signal
 import statistics
+import struct
 import subprocess
 import sys
 import tempfile
@@ -19,6 +21,7 @@ import processes
 SIZE = "1280x720"
 PICTURES = 10_000
 IN_A_FOLDER = 50
+FILTER = "kMDItemFSName CONTAINS '1'"  # of the numbers, about a third
 LOOK = 0.25  # seconds between two looks at whether the saver draws
 # A frame wakes the thread that presents at least once, and an entrance has sixty a second.
 AT_REST = 2  # wake-ups of that thread between two looks, at most
@@ -27,7 +30,8 @@ AT_REST = 2  # wake-ups of that thread between two looks, at most
 LEAST_REST = 0.4  # of all looks
 
 Sample = collections.namedtuple(
-    "Sample", "seconds rss descriptors threads helper_rss helper_descriptors switches processor rest")
+    "Sample", "seconds rss descriptors threads helper_rss helper_descriptors switches processor rest"
+              " textures buffers")
 
 
 def processor_of(process):
@@ -58,16 +62,40 @@ def make_pictures(program, env, folder):
         os.link(original, os.path.join(place, f"{number} {os.path.basename(original)}"))
 
 
-def take_sample(saver, started, looks):
+class GlCounts:
+    """How many objects the saver holds in the graphics processor, told by a library in it."""
+
+    def __init__(self, library, env):
+        self._path = os.path.join(env["HOME"], "gl-counts")
+        with open(self._path, "wb"):
+            pass
+        # By EGL, for the other way round the library is not asked.
+        env.update(LD_PRELOAD=library, PELMORA_TEST_GL_COUNTS=self._path,
+                   QT_XCB_GL_INTEGRATION="xcb_egl")
+
+    def now(self):
+        """Textures, and buffers of all kinds."""
+        with open(self._path, "rb") as file:
+            textures, *buffers = struct.unpack("=4q", file.read() or bytes(32))
+        return textures, sum(buffers)
+
+
+class NoGlCounts:
+    def now(self):
+        return 0, 0
+
+
+def take_sample(saver, started, looks, gl_counts):
     rss, threads = processes.status_of(saver.pid, "VmRSS", "Threads")
     helpers = processes.children_of(saver.pid)
     return Sample(time.monotonic() - started, rss, processes.descriptors_of(saver.pid), threads,
                   sum(processes.status_of(helper, "VmRSS")[0] for helper in helpers),
                   sum(processes.descriptors_of(helper) for helper in helpers), switches_of(saver.pid),
-                  processor_of(saver.pid), sum(looks) / len(looks) if looks else 0)
+                  processor_of(saver.pid), sum(looks) / len(looks) if looks else 0,
+                  *gl_counts.now())
 
 
-def watch(saver, minutes):
+def watch(saver, minutes, gl_counts):
     """A sample a minute, until the time is over or the saver ends."""
     started = time.monotonic()
     samples, looks, switches = [], [], None
@@ -77,7 +105,7 @@ def watch(saver, minutes):
             looks.append(now - switches <= AT_REST)
         switches = now
         if time.monotonic() - started >= (len(samples) + 1) * 60:
-            samples.append(take_sample(saver, started, looks))
+            samples.append(take_sample(saver, started, looks, gl_counts))
             looks.clear()
             print_row(samples[-1], samples[-2] if len(samples) > 1 else None)
         try:
@@ -94,7 +122,8 @@ def print_row(sample, before):
     processor = sample.processor - (before.processor if before else 0)
     print(f"{sample.seconds / 60:6.0f} {sample.rss:9d} {sample.descriptors:6d} {sample.threads:7d}"
           f" {sample.helper_rss:10d} {sample.helper_descriptors:8d} {switches / span:10.1f}"
-          f" {processor / span:9.3f} {sample.rest:7.2f}", flush=True)
+          f" {processor / span:9.3f} {sample.rest:7.2f} {sample.textures:8d} {sample.buffers:7d}",
+          flush=True)
 
 
 def growths(samples):
@@ -106,11 +135,11 @@ def growths(samples):
         return [statistics.median(getattr(sample, name) for sample in part)
                 for part in (middle, last)]
 
-    for name, what in (("rss", "memory"), ("helper_rss", "memory of the decoder")):
+    for name, what in (("rss", "memory"), ("helper_rss", "memory of the helpers")):
         before, after = both(name)
         if processes.has_grown(before, after):
             yield f"{what} grew from {before:.0f} to {after:.0f} KiB"
-    for name in ("descriptors", "threads", "helper_descriptors"):
+    for name in ("descriptors", "threads", "helper_descriptors", "textures", "buffers"):
         before, after = both(name)
         if after > before:
             yield f"{name} grew from {before:g} to {after:g}"
@@ -119,27 +148,35 @@ def growths(samples):
         yield f"it draws while nothing moves: at rest in {rest:.2f} of the looks alone"
 
 
-def run(program, minutes):
+def run(program, minutes, gl_library):
     home = tempfile.mkdtemp()
     display = live.VirtualDisplay(SIZE)
     saver = None
     try:
         env = {"PATH": os.environ["PATH"], "HOME": home, "DISPLAY": display.name, "TZ": "UTC",
-               "QT_QPA_PLATFORM": "xcb"}
-        pictures = os.path.join(home, ".cache", "pictures")
+               "QT_QPA_PLATFORM": "xcb",
+               # Without any address, libraries would start a bus of the display's own.
+               "DBUS_SESSION_BUS_ADDRESS": "unix:path=" + os.path.join(home, "no bus")}
+        pictures = os.path.join(home, "pictures")
         os.makedirs(pictures)
         make_pictures(program, env, pictures)
         subprocess.run([program, "sources", "add", pictures], env=env, check=True,
                        timeout=live.LIMIT)
-        print("minute  KiB RSS  files threads  decoder KiB  files switches/s processor at rest",
-              flush=True)
+        subprocess.run([program, "defaults", "write", "FilterPredicate", FILTER], env=env,
+                       check=True, timeout=live.LIMIT)
+        gl_counts = GlCounts(gl_library, env) if gl_library else NoGlCounts()
+        renderer = "gpu" if gl_library else "software"
+        print("minute  KiB RSS  files threads helper KiB    files switches/s processor at rest"
+              " textures buffers", flush=True)
         with open(os.path.join(home, "log"), "wb") as log:
-            saver = subprocess.Popen([program, "window", "--size", SIZE, "--verbose"], env=env,
-                                     stderr=log)
-            samples = watch(saver, minutes)
+            saver = subprocess.Popen([program, "window", "--size", SIZE, "--renderer", renderer,
+                                      "--verbose"], env=env, stderr=log)
+            samples = watch(saver, minutes, gl_counts)
             if saver.poll() is not None:
                 return [f"the saver ended by itself with status {saver.returncode}"]
             problems = list(growths(samples))
+            if gl_library and samples[-1].textures == 0:
+                problems.append("no texture was counted")
             if display.lit(0, 0, 1280, 720) < 0.05:
                 problems.append("nothing is on the display")
             saver.send_signal(signal.SIGTERM)
@@ -161,10 +198,13 @@ def main():
     parser = argparse.ArgumentParser()
     parser.add_argument("--pelmora", required=True, help="the saver to run")
     parser.add_argument("--minutes", type=float, default=120, help="for how long (default 120)")
+    parser.add_argument("--gl-counts", metavar="LIBRARY",
+                        help="draw by the graphics processor, and count its objects by this")
     options = parser.parse_args()
     if not options.minutes >= 3:
         parser.error("--minutes: a verdict wants three minutes at least")
-    problems = run(os.path.abspath(options.pelmora), options.minutes)
+    problems = run(os.path.abspath(options.pelmora), options.minutes,
+                   options.gl_counts and os.path.abspath(options.gl_counts))
     for problem in problems:
         print(f"FAILED: {problem}")
     print("verdict: " + ("FAILED" if problems else "flat"))
