@@ -1,5 +1,6 @@
 #include "desktop/SessionBus.h"
 
+#include "desktop/BusSignal.h"
 #include "platform/Log.h"
 
 #include <QDBusConnection>
@@ -13,6 +14,7 @@
 #include <atomic>
 #include <mutex>
 #include <optional>
+#include <utility>
 
 namespace pelmora::desktop {
 
@@ -36,6 +38,7 @@ std::string systemBusAddress(const std::string& given) {
 
 struct SessionBus::Worker {
   void connect(const std::string& address, const std::string& busName, platform::Log& log);
+  void watchForEnd(const std::string& busName, platform::Log& log);
   void run(const Task& task) const;
   void disconnect();
   void end();
@@ -47,6 +50,8 @@ struct SessionBus::Worker {
   bool isAbandoned = false;  // under the mutex; only while it is connecting
   // On the thread:
   std::optional<QDBusConnection> connection;
+  std::optional<BusSignal> loss;
+  bool isLost = false;
 };
 
 void SessionBus::Worker::connect(const std::string& address, const std::string& busName,
@@ -57,9 +62,17 @@ void SessionBus::Worker::connect(const std::string& address, const std::string& 
   const std::string why = connection->lastError().message().toStdString();
   const std::lock_guard lock(mutex);
   isConnecting = false;
-  if (isConnected && !isAbandoned) return;
+  if (isConnected && !isAbandoned) return watchForEnd(busName, log);
   disconnect();
   if (!isAbandoned) log.print("Pelmora: %s cannot be reached: %s", busName.c_str(), why.c_str());
+}
+
+void SessionBus::Worker::watchForEnd(const std::string& busName, platform::Log& log) {
+  const auto tell = [this, busName, &log] {
+    if (!std::exchange(isLost, true)) log.print("Pelmora: %s has gone", busName.c_str());
+  };
+  loss.emplace(*connection, BusSignal::endOfConnection(), [tell](const QDBusMessage&) { tell(); });
+  if (!connection->isConnected()) tell();  // so soon
 }
 
 void SessionBus::Worker::run(const Task& task) const {
@@ -69,6 +82,7 @@ void SessionBus::Worker::run(const Task& task) const {
 void SessionBus::Worker::disconnect() {
   if (!connection) return;
   const QString name = connection->name();
+  loss.reset();
   connection.reset();
   QDBusConnection::disconnectFromBus(name);
 }

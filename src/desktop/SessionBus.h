@@ -24,7 +24,8 @@ namespace pelmora::desktop {
 
 /// The session's bus, on a thread of its own with a connection of its own: whatever waits for the
 /// bus waits there, beginning with the connection.
-/// Thread: any. Errors: one line in the log where the bus is missing; nothing posted then runs.
+/// Thread: any. Errors: one line in the log where the bus is missing, so that nothing posted runs,
+/// and one when it goes.
 class SessionBus {
  public:
   using Task = std::function<void(const QDBusConnection&)>;

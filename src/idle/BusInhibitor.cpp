@@ -20,8 +20,8 @@ BusInhibitor::BusInhibitor(const QDBusConnection& bus, BusQuestion question,
       &_owner, &QDBusServiceWatcher::serviceOwnerChanged, &_context,
       [this](const QString&, const QString&, const QString& owner) { ownerChanged(owner); });
   for (const BusQuestion::Signal& each : _question.signalsOfChange) {
-    _signals.push_back(std::make_unique<BusSignal>(
-        _bus, BusSignal::Name{_question.path, each.interface, each.name},
+    _signals.push_back(std::make_unique<desktop::BusSignal>(
+        _bus, desktop::BusSignal::Name{_question.path, each.interface, each.name},
         [this, isRelevant = each.isRelevant](const QDBusMessage& signal) {
           if (isRelevant(signal)) ask([] {});
         }));

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "idle/BusSignal.h"
+#include "desktop/BusSignal.h"
 #include "idle/Inhibitor.h"
 
 #include <QDBusConnection>
@@ -71,7 +71,7 @@ class BusInhibitor : public Inhibitor {
   const int _patience;  // milliseconds
   QObject _context;     // of calls: their answers come no more when this has gone
   QDBusServiceWatcher _owner;
-  std::vector<std::unique_ptr<BusSignal>> _signals;
+  std::vector<std::unique_ptr<desktop::BusSignal>> _signals;
   bool _isHeld = false;
   bool _isAsking = false;
   bool _isOutdated = false;  // something changed since it was asked

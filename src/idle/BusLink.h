@@ -1,7 +1,7 @@
 #pragma once
 
+#include "desktop/BusSignal.h"
 #include "desktop/SessionBus.h"
-#include "idle/BusSignal.h"
 #include "platform/Log.h"
 
 #include <QDBusConnection>
@@ -29,12 +29,10 @@ class BusLink {
   void take(const QDBusConnection& connection);
   void disconnected();
 
-  const std::string _name;
-  platform::Log& _log;
   const Events _events;
   bool _isLost = false;
   QObject _context;  // of what is posted here
-  std::optional<BusSignal> _end;
+  std::optional<desktop::BusSignal> _end;
   desktop::SessionBus _bus;
 };
 

@@ -60,7 +60,7 @@ void MutterIdleMonitor::look(const QDBusConnection& bus, QObject* context,
 void MutterIdleMonitor::start(std::chrono::seconds delay, Events events) {
   _delay = delay;
   _events = std::move(events);
-  _fired.emplace(_bus, BusSignal::Name{kPath, kInterface, "WatchFired"},
+  _fired.emplace(_bus, desktop::BusSignal::Name{kPath, kInterface, "WatchFired"},
                  [this](const QDBusMessage& message) { fired(message); });
   addIdleWatch();
 }

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "idle/BusSignal.h"
+#include "desktop/BusSignal.h"
 #include "idle/IdleMonitor.h"
 
 #include <QDBusConnection>
@@ -38,7 +38,7 @@ class MutterIdleMonitor : public IdleMonitor {
   QDBusConnection _bus;
   QObject _context;  // of calls: their answers come no more when this has gone
   QDBusServiceWatcher _service;
-  std::optional<BusSignal> _fired;
+  std::optional<desktop::BusSignal> _fired;
   std::chrono::seconds _delay{};
   Events _events;
   QString _owner;                            // its unique name, "" while it is not known

@@ -1,6 +1,6 @@
 #include "idle/BusInhibitor.h"
 
-#include "idle/tests/BusFixture.h"
+#include "desktop/tests/BusFixture.h"
 
 #include <memory>
 
@@ -27,7 +27,7 @@ BusQuestion question() {
           }};
 }
 
-class BusInhibitorTest : public BusFixture {
+class BusInhibitorTest : public desktop::BusFixture {
  protected:
   void answer(const QVariant& value) { other.answers["IsHeld"] = {value}; }
   /// Asks, and waits for the answer.

@@ -8,6 +8,7 @@
 
 #include <memory>
 #include <optional>
+#include <thread>
 
 namespace pelmora::idle {
 
@@ -38,7 +39,8 @@ TEST_F(BusLinkTest, connectsAndTellsOnceThatTheBusHasGone) {
   while (losses == 0) QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
   QCoreApplication::processEvents();
   EXPECT_EQ(losses, 1);
-  EXPECT_EQ(log.lines(), std::vector<std::string>{"Pelmora: The test's bus has gone"});
+  while (log.countContaining("Pelmora: The test's bus has gone") == 0) std::this_thread::yield();
+  EXPECT_EQ(log.lines().size(), 1U);
 }
 
 TEST_F(BusLinkTest, saysThatABusCannotBeReached) {

@@ -1,6 +1,6 @@
 #include "idle/MutterIdleMonitor.h"
 
-#include "idle/tests/BusFixture.h"
+#include "desktop/tests/BusFixture.h"
 
 #include <memory>
 #include <optional>
@@ -14,7 +14,7 @@ constexpr const char* kPath = "/org/gnome/Mutter/IdleMonitor/Core";
 constexpr unsigned int kIdleWatch = 7;
 constexpr unsigned int kActiveWatch = 8;
 
-class MutterIdleMonitorTest : public BusFixture {
+class MutterIdleMonitorTest : public desktop::BusFixture {
  protected:
   MutterIdleMonitorTest() {
     other.answers = {{"AddIdleWatch", {kIdleWatch}},

@@ -1,6 +1,6 @@
 #include "idle/ScreenSaverService.h"
 
-#include "idle/tests/BusFixture.h"
+#include "desktop/tests/BusFixture.h"
 
 #include <algorithm>
 #include <memory>
@@ -12,7 +12,7 @@ namespace {
 constexpr const char* kName = "org.freedesktop.ScreenSaver";
 constexpr const char* kPath = "/org/freedesktop/ScreenSaver";
 
-class ScreenSaverServiceTest : public BusFixture {
+class ScreenSaverServiceTest : public desktop::BusFixture {
  protected:
   void start() {
     service = std::make_unique<ScreenSaverService>(

@@ -1,6 +1,6 @@
 #include "idle/UsualInhibitors.h"
 
-#include "idle/tests/BusFixture.h"
+#include "desktop/tests/BusFixture.h"
 
 #include <QDBusVariant>
 
@@ -12,7 +12,7 @@ namespace {
 
 QVariant boxed(const QVariant& value) { return QVariant::fromValue(QDBusVariant(value)); }
 
-class UsualInhibitorsTest : public BusFixture {
+class UsualInhibitorsTest : public desktop::BusFixture {
  protected:
   /// What is held when `service` answers `answer`.
   bool isHeldAfter(const BusQuestion& question, const QVariant& answer) {

@@ -1,10 +1,10 @@
-#include "idle/BusSignal.h"
+#include "desktop/BusSignal.h"
 
-#include "idle/tests/BusFixture.h"
+#include "desktop/tests/BusFixture.h"
 
 #include <memory>
 
-namespace pelmora::idle {
+namespace pelmora::desktop {
 
 class BusSignalTest : public BusFixture {};
 
@@ -25,4 +25,4 @@ TEST_F(BusSignalTest, hearsTheSignalFromAnyoneUntilItGoes) {
   EXPECT_EQ(heard.size(), 1U);
 }
 
-}  // namespace pelmora::idle
+}  // namespace pelmora::desktop

@@ -16,7 +16,7 @@
 #include <string>
 #include <vector>
 
-namespace pelmora::idle {
+namespace pelmora::desktop {
 
 /// A program on the bus that answers as it is told. Thread: one.
 class FakeService : public QDBusVirtualObject {
@@ -88,10 +88,10 @@ class BusFixture : public testing::Test {
     }
   }
 
-  desktop::TestBus testBus;
+  TestBus testBus;
   QDBusConnection bus;
   QDBusConnection otherBus;
   FakeService other;
 };
 
-}  // namespace pelmora::idle
+}  // namespace pelmora::desktop

@@ -1,8 +1,12 @@
-#include "idle/BusSignal.h"
+#include "desktop/BusSignal.h"
 
 #include <utility>
 
-namespace pelmora::idle {
+namespace pelmora::desktop {
+
+BusSignal::Name BusSignal::endOfConnection() {
+  return {"/org/freedesktop/DBus/Local", "org.freedesktop.DBus.Local", "Disconnected"};
+}
 
 BusSignal::BusSignal(const QDBusConnection& bus, Name name,
                      std::function<void(const QDBusMessage&)> received)
@@ -16,4 +20,4 @@ BusSignal::~BusSignal() {
                   SLOT(receive(QDBusMessage)));
 }
 
-}  // namespace pelmora::idle
+}  // namespace pelmora::desktop

@@ -7,7 +7,7 @@
 
 #include <functional>
 
-namespace pelmora::idle {
+namespace pelmora::desktop {
 
 /// A signal on a bus that is listened to. From any sender: to watch for one by its name, the bus
 /// would have to be waited for. So whoever hears it cannot trust it.
@@ -20,6 +20,8 @@ class BusSignal : public QObject {
     QString interface;
     QString member;
   };
+  /// What a connection sends to itself when the bus has gone.
+  [[nodiscard]] static Name endOfConnection();
 
   BusSignal(const QDBusConnection& bus, Name name,
             std::function<void(const QDBusMessage&)> received);
@@ -34,4 +36,4 @@ class BusSignal : public QObject {
   const std::function<void(const QDBusMessage&)> _received;
 };
 
-}  // namespace pelmora::idle
+}  // namespace pelmora::desktop
