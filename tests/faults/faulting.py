@@ -23,6 +23,8 @@ FIRST_PICTURE = b"The first picture is up."
 ENDING_LIMIT = 12 if "ASAN_OPTIONS" in os.environ else 4
 SET_CHILD_SUBREAPER = 36
 
+CACHE, INDEX = "FolderCache.plist", "Metadata.sqlite"
+
 # Runs a command where nobody else sees what it mounts.
 NAMESPACE = ("unshare", "--user", "--map-root-user", "--mount")
 
@@ -42,10 +44,16 @@ def as_ordinary_user():
 
 class FaultCase(live.LiveCase):
     screen = "640x480"
+    # All pictures, by the index of metadata, which is then one of the files that must stay whole.
+    filter = "kMDItemFSName ENDSWITH 'png'"
 
     def setUp(self):
         super().setUp()
         self.pictures = os.path.join(self.home, "pictures")
+        self.kept = os.path.join(self.home, ".cache", "Pelmora")
+        self.configured = os.path.join(self.home, ".config", "Pelmora")
+        if self.filter:
+            self.run_tool("defaults", "write", "FilterPredicate", self.filter)
         self.saver = None
         # Without any address, libraries would start a bus of the display's own.
         self.env["DBUS_SESSION_BUS_ADDRESS"] = "unix:path=" + os.path.join(self.home, "no bus")
@@ -64,7 +72,7 @@ class FaultCase(live.LiveCase):
         print(f"first picture after {time.monotonic() - self.began:.2f} s")
 
     def display_list(self):
-        return os.path.join(self.home, ".cache", "Pelmora", "Screen 1 Log.txt")
+        return os.path.join(self.kept, "Screen 1 Log.txt")
 
     def time_of_list(self):
         try:
@@ -88,6 +96,11 @@ class FaultCase(live.LiveCase):
         self.assertEqual(status, 0, self.log())
         self.assertLess(took, ENDING_LIMIT, self.log())
         self.assert_no_crash()
+
+    def assert_said_once(self, *parts):
+        """One line of the log has one of these parts in it."""
+        lines = [line for line in self.saver.log.splitlines() if any(part in line for part in parts)]
+        self.assertEqual(len(lines), 1, self.log())
 
     def log(self):
         return self.saver.log.decode(errors="replace")
@@ -113,20 +126,40 @@ class FaultCase(live.LiveCase):
 
     # The judge -----------------------------------------------------------------------------------
 
-    def assert_files_are_whole(self):
+    @contextlib.contextmanager
+    def looking_as_the_saver(self):
+        """What it sees of its files, to be judged even when it has ended, and with it what was
+        mounted for it alone."""
+        places = self.kept, self.configured
+        root = f"/proc/{self.saver.pid}/root"
+        with contextlib.ExitStack() as stack:
+            def held(folder):
+                descriptor = os.open(root + folder, os.O_PATH | os.O_DIRECTORY)
+                stack.callback(os.close, descriptor)
+                return f"/proc/self/fd/{descriptor}"
+
+            self.kept, self.configured = (held(folder) for folder in places)
+            try:
+                yield
+            finally:
+                self.kept, self.configured = places
+
+    def assert_files_are_whole(self, written=(CACHE, INDEX)):
         """What has been written can be read by others, the preferences are those of the user, and
-        nothing half-written lies about."""
-        cache = os.path.join(self.home, ".cache", "Pelmora")
+        nothing half-written lies about. `written` has been, the rest of it perhaps."""
         preferences = self.preferences()
         self.assertEqual(float(preferences["Delay"]), live.DELAY)
         self.assertGreater(len(preferences["Sources"]), 0)
         self.assertTrue(all(source["bookmark"] for source in preferences["Sources"]), preferences)
-        self.assert_archive_is_whole(os.path.join(cache, "FolderCache.plist"))
-        self.assert_index_is_whole(os.path.join(cache, "Metadata.sqlite"))
+        for name in written:
+            if name != INDEX or self.filter:
+                self.assertGreater(os.path.getsize(os.path.join(self.kept, name)), 0, name)
+        self.assert_archive_is_whole(os.path.join(self.kept, CACHE))
+        self.assert_index_is_whole(os.path.join(self.kept, INDEX))
         self.assert_list_is_whole(self.display_list())
 
     def preferences(self):
-        with open(os.path.join(self.home, ".config", "Pelmora", "Preferences.plist"), "rb") as file:
+        with open(os.path.join(self.configured, "Preferences.plist"), "rb") as file:
             return plistlib.load(file)
 
     def assert_archive_is_whole(self, path):

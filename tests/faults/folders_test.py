@@ -74,7 +74,7 @@ class Folders(faulting.FaultCase):
                         "the disk's end")
         self.wait_for_cards(6)
         self.end()
-        self.assert_archive_is_whole(os.path.join(self.home, ".cache/Pelmora/FolderCache.plist"))
+        self.assert_files_are_whole()
 
     def test_goes_on_when_a_folder_is_taken_away_while_it_shows(self):
         folder = self.add_folder("taken", count=8)
@@ -84,7 +84,7 @@ class Folders(faulting.FaultCase):
         os.rename(folder, os.path.join(self.home, "elsewhere"))
         self.wait_for_cards(6)
         self.end()
-        self.assert_no_crash()
+        self.assert_files_are_whole()
 
 
 if __name__ == "__main__":

@@ -29,10 +29,9 @@ class Kill(faulting.FaultCase):
     def setUp(self):
         super().setUp()
         faulting.become_reaper()
-        self.kept = set(faulting.children())
+        self.others = set(faulting.children())
         for number in range(20):
             self.add_folder("pictures", f"folder {number}")
-        self.run_tool("defaults", "write", "FilterPredicate", "kMDItemFSName ENDSWITH 'png'")
 
     def popen(self, *words):
         return subprocess.Popen([self.program, *words], env=self.env, stdout=subprocess.DEVNULL,
@@ -41,7 +40,7 @@ class Kill(faulting.FaultCase):
     def reap(self):
         """Waits until no process of a dead saver is left."""
         deadline = time.monotonic() + GONE_LIMIT
-        while left := set(faulting.children()) - self.kept:
+        while left := set(faulting.children()) - self.others:
             for pid in left:
                 try:
                     os.waitpid(pid, os.WNOHANG)
@@ -73,7 +72,7 @@ class Kill(faulting.FaultCase):
                 process.kill()
                 process.wait()
             with self.subTest(kill=number, after=saver_ends, seed=seed):
-                self.assert_files_are_whole()
+                self.assert_files_are_whole(written=())
                 self.assertIn(self.preferences()["NumImages"], range(5, 10))
             shown += os.path.exists(self.display_list()) and os.path.getsize(self.display_list()) > 0
         self.reap()

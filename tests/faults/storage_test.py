@@ -32,8 +32,10 @@ class Storage(faulting.FaultCase):
     def test_goes_on_with_a_full_disk(self):
         self.begin(within=FULL_DISK)
         self.wait_for_light()
-        self.end()
-        self.assertEqual(self.saver.log.count(b"Error writing folder cache."), 1, self.log())
+        with self.looking_as_the_saver():
+            self.end()
+            self.assert_files_are_whole(written=())
+        self.assert_said_once(b"Error writing folder cache.")
 
     def test_keeps_the_preferences_when_the_disk_is_full(self):
         copy = 'cp "$HOME/.config/Pelmora/Preferences.plist" "$HOME/after"'
@@ -51,7 +53,8 @@ class Storage(faulting.FaultCase):
         self.begin(within=READ_ONLY_HOME)
         self.wait_for_light()
         self.end()
-        self.assertIn(b"creating cache folder: Read-only file system", self.saver.log)
+        self.assert_said_once(b"creating cache folder: Read-only file system")
+        self.assert_files_are_whole(written=())
         self.assertFalse(os.path.exists(os.path.join(self.home, ".cache", "Pelmora")))
 
     def test_goes_on_without_a_home(self):
@@ -66,6 +69,7 @@ class Storage(faulting.FaultCase):
                 self.begin()
                 self.wait_for_light()
                 self.end()
+                self.assert_files_are_whole(written=())
         shutil.rmtree(os.path.join(self.home, "nowhere"), ignore_errors=True)
 
     def test_keeps_what_it_writes_to_the_user_whatever_the_mask_is(self):
@@ -76,7 +80,7 @@ class Storage(faulting.FaultCase):
                 within = faulting.in_shell(f"umask {mask}", namespace=False)
                 for words in (("sources", "add", self.pictures),
                               ("defaults", "write", "Delay", str(live.DELAY)),
-                              ("defaults", "write", "FilterPredicate", "kMDItemFSName != 'a'")):
+                              ("defaults", "write", "FilterPredicate", self.filter)):
                     done, _ = self.tool(*words, within=within)
                     self.assertEqual(done.returncode, 0, done.stderr)
                 self.begin(within=within)
@@ -122,20 +126,19 @@ class Storage(faulting.FaultCase):
             self.assertEqual(file.read(), before)
 
     def test_starts_anew_from_files_that_are_damaged(self):
-        self.run_tool("defaults", "write", "FilterPredicate", "kMDItemFSName ENDSWITH 'png'")
         self.begin()
         self.wait_for_first_picture()
         self.wait_for_cards()
         self.end()
-        cache = os.path.join(self.home, ".cache", "Pelmora")
-        for name in ("FolderCache.plist", "Metadata.sqlite"):
-            with open(os.path.join(cache, name), "r+b") as file:
+        for name in (faulting.CACHE, faulting.INDEX):
+            with open(os.path.join(self.kept, name), "r+b") as file:
                 file.write(os.urandom(4096))
         self.begin()
         self.wait_for_first_picture()
         self.wait_for_cards()
         self.end()
-        self.assertEqual(self.saver.log.count(b"Error unarchiving folder cache"), 1, self.log())
+        self.assert_said_once(b"Error unarchiving folder cache")
+        self.assert_said_once(b"the index of metadata begins anew")
         self.assert_files_are_whole()
         self.assert_nothing_is_left_over()
 

@@ -21,6 +21,8 @@ constexpr bool kKeepsFreed = false;
 
 constexpr double kMostGrowth = 0.05;
 constexpr long kMostKilobytes = 8192;
+// The system's allocator keeps small blocks for each thread; pictures and caches come and go.
+constexpr long kMostHeapKilobytes = 512;
 
 long statusNumber(const std::string& name) {
   std::ifstream status("/proc/self/status");
@@ -34,6 +36,20 @@ long entriesOf(const char* folder) {
   const std::filesystem::directory_iterator entries(folder);
   // One of the descriptors is that of the listing.
   return std::distance(begin(entries), end(entries)) - 1;
+}
+
+long heapInUse() {
+  const struct mallinfo2 heap = mallinfo2();
+  return static_cast<long>((heap.uordblks + heap.hblkhd) / 1024);
+}
+
+long childrenOfThisProcess() {
+  long count = 0;
+  for (const auto& thread : std::filesystem::directory_iterator("/proc/self/task")) {
+    std::ifstream children(thread.path() / "children");
+    count += std::distance(std::istream_iterator<long>(children), {});
+  }
+  return count;
 }
 
 long median(const std::vector<ProcessUse>& samples, std::size_t from, std::size_t to,
@@ -50,31 +66,35 @@ ProcessUse ProcessUse::now() {
   // What was freed is nobody's, wherever the allocator keeps it.
   malloc_trim(0);
   return {.kilobytes = statusNumber("VmRSS"),
+          .heapKilobytes = heapInUse(),
           .descriptors = entriesOf("/proc/self/fd"),
-          .threads = statusNumber("Threads")};
+          .threads = statusNumber("Threads"),
+          .children = childrenOfThisProcess()};
 }
 
 std::vector<std::string> growth(const std::vector<ProcessUse>& samples) {
   std::vector<std::string> grown;
+  if (samples.size() < kFewestSamples) return grown;
   const std::size_t third = samples.size() / 3;
-  const std::size_t twoThirds = samples.size() - std::max<std::size_t>(third, 1);
-  if (twoThirds <= third) return grown;
-  const auto compare = [&](const char* what, long ProcessUse::*member, long allowance) {
+  const std::size_t twoThirds = samples.size() - third;
+  const auto compare = [&](const char* what, long ProcessUse::*member, auto allowance) {
     const long before = median(samples, third, twoThirds, member);
     const long after = median(samples, twoThirds, samples.size(), member);
-    const long most =
-        allowance == 0
-            ? before
-            : before +
-                  std::max(allowance, static_cast<long>(static_cast<double>(before) * kMostGrowth));
-    if (after > most) {
+    if (after > before + allowance(before)) {
       grown.push_back(std::string(what) + " grew from " + std::to_string(before) + " to " +
                       std::to_string(after));
     }
   };
-  if (!kKeepsFreed) compare("the memory (KiB)", &ProcessUse::kilobytes, kMostKilobytes);
-  compare("the number of descriptors", &ProcessUse::descriptors, 0);
-  compare("the number of threads", &ProcessUse::threads, 0);
+  const auto none = [](long) { return 0L; };
+  if (!kKeepsFreed) {
+    compare("the memory (KiB)", &ProcessUse::kilobytes, [](long before) {
+      return std::max(kMostKilobytes, static_cast<long>(static_cast<double>(before) * kMostGrowth));
+    });
+    compare("the heap (KiB)", &ProcessUse::heapKilobytes, [](long) { return kMostHeapKilobytes; });
+  }
+  compare("the number of descriptors", &ProcessUse::descriptors, none);
+  compare("the number of threads", &ProcessUse::threads, none);
+  compare("the number of children", &ProcessUse::children, none);
   return grown;
 }
 

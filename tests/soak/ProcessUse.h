@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <string>
 #include <vector>
 
@@ -7,15 +8,21 @@ namespace pelmora::soak {
 
 /// What this process holds at a moment.
 struct ProcessUse {
-  long kilobytes = 0;  // resident
+  long kilobytes = 0;      // resident
+  long heapKilobytes = 0;  // allocated and not freed
   long descriptors = 0;
   long threads = 0;
+  long children = 0;  // processes, of the decoder and the inspector
 
   [[nodiscard]] static ProcessUse now();
 };
 
+/// So few samples say nothing of growth.
+inline constexpr std::size_t kFewestSamples = 6;
+
 /// What grew from the second third of the samples to the last, by their medians, a line each: any
-/// descriptor and any thread, and of the memory more than 5 % and 8 MiB.
+/// descriptor, thread and child, of the heap more than half a MiB, and of the memory more than 5 %
+/// and 8 MiB. Nothing for fewer samples than the fewest.
 [[nodiscard]] std::vector<std::string> growth(const std::vector<ProcessUse>& samples);
 
 }  // namespace pelmora::soak

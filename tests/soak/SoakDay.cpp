@@ -27,9 +27,11 @@ constexpr double kHour = 3600;  // seconds
 constexpr double kAfterMidnight = 10;
 constexpr double kFrame = 0.5;
 
+/// The clocks are put back in the first month, where the run's time zone is.
 ReferenceTime startOf(int day, int hours) {
-  const auto firstMidnight = host::parseLocalTime("2026-11-22T00:00:00");
-  return {firstMidnight->seconds + day * 24 * kHour - hours * kHour / 2};
+  ReferenceTime midnight = *host::parseLocalTime("2026-10-10T00:00:00");
+  for (int i = 0; i < day; ++i) midnight = platform::beginOfNextDay(midnight);
+  return {midnight.seconds - hours * kHour / 2};
 }
 
 platform::players::Track trackOf(int day) {

@@ -41,9 +41,16 @@ void moveTo(const FilePath& home) {
   setenv("QT_QPA_PLATFORM", "offscreen", 1);
 }
 
+void printUse(const soak::ProcessUse& use) {
+  std::printf(" %8ld %6ld %5ld %7ld %8ld", use.kilobytes, use.heapKilobytes, use.descriptors,
+              use.threads, use.children);
+}
+
 void printRow(int day, const soak::ProcessUse& in, const soak::ProcessUse& after, double seconds) {
-  std::printf("%4d %9ld %6ld %8ld %9ld %6ld %8ld %8.1f\n", day + 1, in.kilobytes, in.descriptors,
-              in.threads, after.kilobytes, after.descriptors, after.threads, seconds);
+  std::printf("%4d", day + 1);
+  printUse(in);
+  printUse(after);
+  std::printf(" %8.1f\n", seconds);
   std::fflush(stdout);
 }
 
@@ -64,7 +71,9 @@ void runDays(int days, int hours, soak::PickTallies& tallies, Outcome& outcome) 
   const QGuiApplication application(count, words);
   soak::SoakTree tree(home.mkdir("Pictures"), kPictures);
   const platform::SystemClock clock;
-  std::printf(" day   KiB RSS  files  threads  KiB after  files  threads  seconds\n");
+  constexpr char kUse[] = "  KiB RSS   heap files threads children";
+  std::printf("     %-38s |%s\n day%s%s  seconds\n", " in the run's last moments", " after it",
+              kUse, kUse);
   for (int day = 0; day < days; ++day) {
     const double start = clock.mediaTime();
     tree.changeForDay(day);
@@ -111,9 +120,12 @@ int main(int count, char** words) {
   Outcome outcome;
   runDays(days, hours, tallies, outcome);
   judgePicks(tallies, days, outcome);
+  bool isLongEnough = true;
   for (const auto* uses : {&outcome.filtered, &outcome.unfiltered, &outcome.between}) {
+    isLongEnough = isLongEnough && uses->size() >= soak::kFewestSamples;
     for (const std::string& problem : soak::growth(*uses)) outcome.fail(problem);
   }
-  std::printf("verdict: %s\n", outcome.isRight ? "flat and fair" : "FAILED");
+  const char* const fair = isLongEnough ? "flat and fair" : "fair, and too short to be called flat";
+  std::printf("verdict: %s\n", outcome.isRight ? fair : "FAILED");
   return outcome.isRight ? EXIT_SUCCESS : EXIT_FAILURE;
 }

@@ -228,8 +228,10 @@ std::vector<std::string> FolderIndexer::changedFiles(
   std::vector<std::string> changed;
   auto kind = listing.kinds.begin();
   for (const std::string_view entry : *listing.names) {
-    if (*kind++ == EntryKind::folder) continue;
+    const EntryKind entryKind = *kind++;
+    if (entryKind == EntryKind::folder) continue;
     std::string name(entry);
+    if (entryKind == EntryKind::alias && !leadsSomewhere(folder.path / name)) continue;
     const std::optional<IndexStamp> stamp = stampOf(folder.descriptor.get(), name.c_str());
     if (!stamp) continue;
     ++outcome.fileCount;
@@ -243,6 +245,11 @@ std::vector<std::string> FolderIndexer::changedFiles(
   for (const auto& [name, stamp] : known) gone.push_back(name);
   if (!gone.empty()) _tools.store.remove(folder.id, gone);
   return changed;
+}
+
+/// A link may lead to what does not answer, and that is not waited for.
+bool FolderIndexer::leadsSomewhere(const FilePath& link) const {
+  return _tools.files.facts(link, FinalLink::follow).has_value();
 }
 
 /// Whether there is no more to be known of a file now than what it was stored with.

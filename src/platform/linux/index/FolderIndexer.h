@@ -58,6 +58,7 @@ class FolderIndexer {
   [[nodiscard]] std::vector<std::string> changedFiles(
       const Folder& folder, const Listing& listing,
       std::unordered_map<std::string, IndexStamp> known, Outcome& outcome);
+  [[nodiscard]] bool leadsSomewhere(const FilePath& link) const;
   [[nodiscard]] bool isEnough(const Folder& folder, const IndexStamp& stored, const IndexStamp& now,
                               Outcome& outcome) const;
 

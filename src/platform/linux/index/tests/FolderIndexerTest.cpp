@@ -99,6 +99,23 @@ TEST_F(FolderIndexerTest, readsWhatWasChangedAndForgetsWhatIsGone) {
   EXPECT_THAT(filesWithTitle("one"), testing::IsEmpty());
 }
 
+TEST_F(FolderIndexerTest, readsWhatALinkLeadsTo) {
+  temporary.write("elsewhere.jpg", "one");
+  std::filesystem::create_symlink("../elsewhere.jpg", (folder / "link.jpg").bytes());
+  std::filesystem::create_symlink("nowhere.jpg", (folder / "broken.jpg").bytes());
+  EXPECT_EQ(update().fileCount, 1U);
+  EXPECT_THAT(filesWithTitle("one"), testing::ElementsAre("link.jpg"));
+}
+
+TEST_F(FolderIndexerTest, passesOverALinkToWhatDoesNotAnswer) {
+  temporary.write("pictures/a.jpg", "one");
+  temporary.write("elsewhere.jpg", "one");
+  std::filesystem::create_symlink("../elsewhere.jpg", (folder / "link.jpg").bytes());
+  fakes.files.fail(CountingFiles::Call::facts, folder / "link.jpg");
+  EXPECT_EQ(update().fileCount, 1U);
+  EXPECT_THAT(filesWithTitle("one"), testing::ElementsAre("a.jpg"));
+}
+
 TEST_F(FolderIndexerTest, keepsAFileThatCannotBeReadUnderItsNameWithOneLine) {
   temporary.write("pictures/a.jpg", "broken");
   EXPECT_EQ(update().fileCount, 1U);
