@@ -79,7 +79,7 @@ install_packages() {
 
 # Configures build/PRESET unless it stands, and builds it; more arguments go to the build.
 build_preset() (
-  preset=$1 folder=$root/build/$1
+  preset=$1 folder=$root/build/$1 quietly=()
   shift
   cd "$root" || fail "there is no folder $root"
   if [ ! -e "$folder/build.ninja" ] || [ CMakePresets.json -nt "$folder/.configured" ]; then
@@ -92,5 +92,12 @@ build_preset() (
     touch "$folder/.configured"
   fi
   say "Building $folder"
-  cmake --build --preset "$preset" "$@" || fail "building the preset $preset failed, see above"
+  # A log is for what went wrong.
+  if [ ! -t 1 ]; then
+    case " $* " in
+      *" -- "*) quietly=(--quiet) ;;  # after what is meant for the build tool already
+      *) quietly=(-- --quiet) ;;
+    esac
+  fi
+  cmake --build --preset "$preset" "$@" "${quietly[@]}" || fail "building the preset $preset failed, see above"
 )
