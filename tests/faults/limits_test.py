@@ -10,8 +10,8 @@ import faulting
 import live
 
 # With less than the toolkit needs, the saver ends, but in an orderly way.
-TOO_FEW_DESCRIPTORS = (8, 12, 16, 23)
-ENOUGH_DESCRIPTORS = (24, 64, 100_000)
+TOO_FEW_DESCRIPTORS = (8, 16, 24, 39)
+ENOUGH_DESCRIPTORS = (40, 64, 100_000)
 MEGABYTES = (60, 120, 200, 300, 450, 700, 1000)
 # With less, a library that is refused memory or threads may end the process by a signal, or wait for
 # ever. Files stay whole.
@@ -71,7 +71,10 @@ class Limits(faulting.FaultCase):
         for count in ENOUGH_DESCRIPTORS[1:] if self.sanitized else ENOUGH_DESCRIPTORS:
             with self.subTest(descriptors=count):
                 count = min(count, most)  # to raise that is not for everyone
-                self.assertTrue(self.show_or_end(limited("n", count)), self.log())
+                self.begin(within=limited("n", count))
+                self.wait_for_first_picture()
+                self.wait_for_cards()
+                self.end()
                 self.assert_files_are_whole()
 
     def test_says_that_it_needs_more_descriptors(self):

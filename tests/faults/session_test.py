@@ -102,6 +102,10 @@ class Session(faulting.FaultCase):
         self.env["PELMORA_TEST_CLOCK"] = clock.path
         if "ASAN_OPTIONS" in self.env:
             self.env["ASAN_OPTIONS"] += ":verify_asan_link_order=0"
+        clock.set_ahead(400 * DAY)
+        told = subprocess.run(["date", "+%s"], env=self.env, capture_output=True, check=True)
+        self.assertAlmostEqual(int(told.stdout), time.time() + 400 * DAY, delta=DAY)
+        clock.set_ahead(0)
         self.begin()
         self.wait_for_first_picture()
         for ahead in (3600, -3600, 400 * DAY, -400 * DAY, -30 * 365 * DAY, 30 * 365 * DAY, 0):
@@ -110,7 +114,6 @@ class Session(faulting.FaultCase):
             self.wait_for_cards(3)
             print(f"{ahead} s ahead: three cards in {time.monotonic() - began:.2f} s")
         self.end()
-        self.assertIn(b"A new day has dawned", self.saver.log)
         del self.env["LD_PRELOAD"]
         self.assert_files_are_whole()
 
