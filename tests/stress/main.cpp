@@ -8,6 +8,7 @@
 #include <cstdlib>
 #include <optional>
 #include <string>
+#include <utility>
 
 namespace {
 
@@ -41,24 +42,30 @@ std::optional<Request> parse(int count, char** words) {
   return request;
 }
 
-void print(const char* name, std::uint64_t value) {
-  std::printf("%-28s %12llu\n", name, static_cast<unsigned long long>(value));
-}
-
-void report(const stress::StressCounts& counts, const stress::StressServices& services) {
-  print("picks", counts.picks);
-  print("pictures picked", counts.pictures);
-  print("pictures loaded", services.images.loads());
-  print("lookups", counts.lookups);
-  print("notifications", counts.notifications);
-  print("calls of the cache", counts.cacheCalls);
-  print("changes of the tree", counts.changes);
-  print("loads", counts.loads);
-  print("unloads", counts.unloads);
-  print("cancellations", counts.cancellations);
-  print("changes of the day", counts.dayChanges);
-  print("filters", counts.filters);
-  print("lines of the log", services.log.lines());
+/// Everything that was to be done: a number of 0 says nothing was tried.
+bool report(std::uint64_t rounds, const stress::StressCounts& counts,
+            const stress::StressServices& services) {
+  const std::pair<const char*, std::uint64_t> all[] = {{"rounds", rounds},
+                                                       {"picks", counts.picks},
+                                                       {"pictures picked", counts.pictures},
+                                                       {"pictures loaded", services.images.loads()},
+                                                       {"lookups", counts.lookups},
+                                                       {"notifications", counts.notifications},
+                                                       {"calls of the cache", counts.cacheCalls},
+                                                       {"changes of the tree", counts.changes},
+                                                       {"loads", counts.loads},
+                                                       {"unloads", counts.unloads},
+                                                       {"cancellations", counts.cancellations},
+                                                       {"changes of the day", counts.dayChanges},
+                                                       {"filters", counts.filters},
+                                                       {"lines of the log", services.log.lines()}};
+  bool isAll = true;
+  for (const auto& [name, count] : all) {
+    std::printf("%-28s %12llu\n", name, static_cast<unsigned long long>(count));
+    if (count == 0) std::printf("FAILED: there were no %s\n", name);
+    isAll = isAll && count > 0;
+  }
+  return isAll;
 }
 
 }  // namespace
@@ -92,7 +99,6 @@ int main(int count, char** words) {
                 static_cast<unsigned long long>(services.log.failedLocks()));
     isRight = false;
   }
-  print("rounds", rounds);
-  report(counts, services);
+  isRight = report(rounds, counts, services) && isRight;
   return isRight ? EXIT_SUCCESS : EXIT_FAILURE;
 }
