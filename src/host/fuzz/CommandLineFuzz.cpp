@@ -1,6 +1,7 @@
 #include "host/Options.h"
 #include "host/ParseValues.h"
 #include "host/SourceText.h"
+#include "host/WindowId.h"
 
 #include <cmath>
 #include <cstdint>
@@ -24,6 +25,12 @@ void check(const Rect& rect) {
   if (!(rect.size.height >= 1 && rect.size.height <= side)) std::abort();
 }
 
+void checkDays(std::uint64_t days) {
+  constexpr std::uint64_t kEvery = 127;
+  if (days > kEvery) std::abort();
+  if (days != 0 && days != kEvery && *parseDays(textOfDays(days)) != days) std::abort();
+}
+
 void readValues(const std::string& word) {
   if (const auto number = parseNumber(word); number && !std::isfinite(*number)) std::abort();
   static_cast<void>(parseInteger(word));
@@ -35,8 +42,13 @@ void readValues(const std::string& word) {
   static_cast<void>(parseLocalTime(word));
   if (const auto chance = parseChance(word); chance && !(*chance > 0 && *chance <= 100))
     std::abort();
-  if (const auto days = parseDays(word); days && *days > 127) std::abort();
-  if (const auto screens = parseScreens(word)) static_cast<void>(textOfScreens(*screens));
+  if (const auto days = parseDays(word)) checkDays(*days);
+  // What is stored of screens is what would be typed again.
+  if (const auto screens = parseScreens(word); screens && *parseScreens(*screens) != *screens)
+    std::abort();
+  if (const auto window = parseWindowId(word)) {
+    if (*window == 0 || parseWindowId(std::to_string(*window)) != window) std::abort();
+  }
 }
 
 }  // namespace

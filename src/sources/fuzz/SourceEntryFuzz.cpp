@@ -1,11 +1,11 @@
 #include "platform/fake/FakeServices.h"
 #include "sources/SourceEntry.h"
 
-#include <cmath>
 #include <cstdint>
 #include <cstdlib>
 
-// Any value as a stored source: it is an entry that can be stored again, or an error.
+// Any value as a stored source: it is an entry that is the same once it was stored again, or an
+// error.
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   using namespace pelmora;
   const auto read = plist::read({data, size});
@@ -15,6 +15,11 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   const auto entry = sources::resolveStoredEntry(*read, services);
   if (!entry) return 0;
   if (entry->url.empty()) std::abort();
-  static_cast<void>(sources::storedForm(*entry, services.bookmarks));
+  const auto again = sources::resolveStoredEntry(
+      plist::Value(sources::storedForm(*entry, services.bookmarks)), services);
+  const bool isSame = again && again->url == entry->url && again->enabled == entry->enabled &&
+                      again->chance == entry->chance && again->days == entry->days &&
+                      again->screens == entry->screens;
+  if (!isSame) std::abort();
   return 0;
 }
