@@ -2,6 +2,7 @@
 
 #include "wayland/FrameCallbacks.h"
 
+#include <qpa/qplatformwindow.h>
 #include <QEvent>
 #include <QWindow>
 
@@ -15,6 +16,12 @@ namespace {
 
 /// With the compositor, which calls back for no window whose display has gone.
 constexpr std::chrono::milliseconds kPatience{100};
+
+/// Whether the window was exposed when it was told so, and has been hidden, or hidden and shown
+/// anew, since: a compositor ends a program that draws in it before it is told so once more.
+bool isOutdated(const QWindow& window) {
+  return window.isExposed() && (!window.handle() || !window.handle()->isExposed());
+}
 
 }  // namespace
 
@@ -75,8 +82,10 @@ void ViewWindows::hide() {
 /// Whatever brought another size or scale, a window is sized or exposed anew then.
 bool ViewWindows::eventFilter(QObject* watched, QEvent* event) {
   switch (event->type()) {
-    case QEvent::Resize:
     case QEvent::Expose:
+      if (isOutdated(*static_cast<QWindow*>(watched))) return true;
+      [[fallthrough]];
+    case QEvent::Resize:
     case QEvent::ScreenChangeInternal:
       follow(*static_cast<QWindow*>(watched));
       break;

@@ -23,8 +23,9 @@ class ViewWindows : public QObject {
 
   /// Makes a window, which is not shown yet, and starts its view there.
   [[nodiscard]] QWindow& add(ViewPlace place);
-  /// Waits a moment until nothing is being drawn in the window, or in any, which stays on the
-  /// screen and shows nothing new. Comes before anything else hides or destroys it.
+  /// Waits a moment until nothing is being drawn in the window, or in any, which shows nothing new
+  /// then, and may be off the screen already: it has to be hidden or destroyed at once, and comes
+  /// before that.
   void finishFrame(QWindow& window);
   void finishFrames();
   /// Takes a window off the screen and its view out of the run; the window is not to be used again.

@@ -17,6 +17,11 @@ namespace pelmora::wayland {
 
 namespace {
 
+constexpr std::chrono::milliseconds kAnswerPatience{500};
+// In which the thread that hears callbacks takes what has been read. To a window that Qt takes for
+// hidden it grants nothing, which would tell, while a callback may be under way all the same.
+constexpr std::chrono::milliseconds kMoment{20};
+
 /// Windows that have asked for updates, which Qt grants when no callback is under way. They ask
 /// twice: the first may have been granted for a frame before the last, and from amid the work of
 /// the thread that hears callbacks, which has finished it when it grants the second.
@@ -37,14 +42,10 @@ class AwaitedUpdates : public QObject {
     return true;
   }
 
-  /// Takes the windows that still wait off the screen, unbeknown to Qt.
-  void unmapAwaited() {
-    for (const auto& [window, count] : _awaited) {
-      wl_surface* surface = surfaceOf(*window);
-      if (!surface) continue;
-      wl_surface_attach(surface, nullptr, 0, 0);
-      wl_surface_commit(surface);
-    }
+  [[nodiscard]] std::vector<QWindow*> windows() const {
+    std::vector<QWindow*> windows;
+    for (const auto& [window, count] : _awaited) windows.push_back(window);
+    return windows;
   }
 
   [[nodiscard]] bool eventFilter(QObject* watched, QEvent* event) override {
@@ -73,20 +74,35 @@ class AwaitedUpdates : public QObject {
   std::map<QWindow*, int> _awaited;  // how many each
 };
 
+/// Takes a window off the screen, unbeknown to Qt.
+void unmap(QWindow& window) {
+  wl_surface* surface = surfaceOf(window);
+  wl_surface_attach(surface, nullptr, 0, 0);
+  wl_surface_commit(surface);
+}
+
 }  // namespace
 
 void awaitFrameCallbacks(const std::vector<QWindow*>& windows, std::chrono::milliseconds limit) {
   AwaitedUpdates updates;
+  std::vector<QWindow*> silent;
   for (QWindow* window : windows) {
-    // What is not exposed is not called back.
-    if (surfaceOf(*window) && window->isExposed()) updates.await(*window);
+    if (!surfaceOf(*window)) continue;
+    if (window->isExposed()) {
+      updates.await(*window);
+    } else {
+      silent.push_back(window);
+    }
   }
-  if (updates.areGrantedWithin(limit)) return;
+  const bool isGranted = updates.areGrantedWithin(limit);
+  if (isGranted && silent.empty()) return;
   // Perhaps the compositor does not call back, perhaps it does just when the window goes. It has
-  // no reason to for what has no content, and what it has sent by now needs no more than this
+  // hardly a reason to for what has no content, and what it has sent by now needs no more than this
   // machine's time.
-  updates.unmapAwaited();
-  if (!OwnQueue(displayOfApplication()).roundTrip()) return;
+  for (QWindow* window : updates.windows()) unmap(*window);
+  for (QWindow* window : silent) unmap(*window);
+  (void)OwnQueue(displayOfApplication()).roundTrip(kAnswerPatience);
+  if (!silent.empty()) std::this_thread::sleep_for(kMoment);
   (void)updates.areGrantedWithin(limit);
 }
 

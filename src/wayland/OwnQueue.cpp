@@ -3,6 +3,8 @@
 #include <poll.h>
 #include <wayland-client.h>
 
+#include <cerrno>
+
 namespace pelmora::wayland {
 
 namespace {
@@ -55,9 +57,11 @@ bool OwnQueue::readEvents(Deadline deadline) {
   const auto left = std::chrono::duration_cast<std::chrono::milliseconds>(
       deadline - std::chrono::steady_clock::now());
   pollfd ready{wl_display_get_fd(_connection), POLLIN, 0};
-  if (left.count() <= 0 || poll(&ready, 1, static_cast<int>(left.count())) <= 0) {
+  const int found = left.count() > 0 ? poll(&ready, 1, static_cast<int>(left.count())) : 0;
+  if (found <= 0) {
+    const bool isInterrupted = found < 0 && errno == EINTR;
     wl_display_cancel_read(_connection);
-    return false;
+    return isInterrupted;
   }
   return wl_display_read_events(_connection) == 0 &&
          wl_display_dispatch_queue_pending(_connection, _queue) >= 0;

@@ -154,6 +154,10 @@ void FakeCompositor::serve() {
 
 std::vector<std::string> FakeCompositor::requests() {
   wl_display_roundtrip(_display);
+  return requestsThatCame();
+}
+
+std::vector<std::string> FakeCompositor::requestsThatCame() {
   const std::lock_guard lock(_mutex);
   return _requests;
 }

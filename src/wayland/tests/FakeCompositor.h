@@ -31,11 +31,16 @@ class FakeCompositor {
 
   /// What was asked for so far of surfaces and layers.
   [[nodiscard]] std::vector<std::string> requests();
+  /// Of that, what has come without waiting for more.
+  [[nodiscard]] std::vector<std::string> requestsThatCame();
   // Events, which have arrived and were dispatched when these return.
   void sendConfigure(std::uint32_t serial, std::uint32_t width, std::uint32_t height);
   void sendClosed();
   /// It answers nothing more.
-  void hang() { _isHanging = true; }
+  void hang() {
+    const std::lock_guard lock(_mutex);
+    _isHanging = true;
+  }
   /// It drops the connection.
   void die();
 

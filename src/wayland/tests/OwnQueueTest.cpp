@@ -13,7 +13,7 @@ TEST(OwnQueue, returnsWhenTheCompositorHasDoneWhatItWasAskedFor) {
   wl_surface_commit(compositor.surface());
   OwnQueue queue(compositor.display());
   ASSERT_TRUE(queue.roundTrip());
-  const auto requests = compositor.requests();
+  const auto requests = compositor.requestsThatCame();
   EXPECT_NE(std::find(requests.begin(), requests.end(), "commit"), requests.end());
 }
 
