@@ -70,6 +70,9 @@ class Files {
   [[nodiscard]] virtual std::optional<bool> isPackage(const FilePath& folder) const = 0;
   /// The part of `isPackage` that needs no look at the disk.
   [[nodiscard]] virtual bool hasPackageSuffix(std::string_view name) const = 0;
+  /// Whether a look at what the path leads to has been given up, and still has not ended: nobody
+  /// knows what is there. Never waits.
+  [[nodiscard]] virtual bool isStalled(const FilePath& /*path*/) const { return false; }
 };
 
 /// True for a folder, and for an alias whose target is one; false in every other case, read

@@ -63,4 +63,6 @@ bool CountingFiles::hasPackageSuffix(std::string_view name) const {
   return _files.hasPackageSuffix(name);
 }
 
+bool CountingFiles::isStalled(const FilePath& path) const { return _files.isStalled(path); }
+
 }  // namespace pelmora::platform

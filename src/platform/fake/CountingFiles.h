@@ -38,6 +38,7 @@ class CountingFiles : public Files {
   [[nodiscard]] std::optional<FilePath> resolveAlias(const FilePath& path) const override;
   [[nodiscard]] std::optional<bool> isPackage(const FilePath& folder) const override;
   [[nodiscard]] bool hasPackageSuffix(std::string_view name) const override;
+  [[nodiscard]] bool isStalled(const FilePath& path) const override;
 
  private:
   /// Counts the call; whether it shall fail.

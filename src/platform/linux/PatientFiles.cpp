@@ -37,6 +37,10 @@ bool PatientFiles::hasPackageSuffix(std::string_view name) const {
   return _files->hasPackageSuffix(name);
 }
 
+bool PatientFiles::isStalled(const FilePath& path) const {
+  return _mounts.hasAny() && _guard.isStalled(nameFor(path).bytes());
+}
+
 void PatientFiles::giveUp() {
   _isGivenUp = true;
   _guard.giveUp();

@@ -32,6 +32,7 @@ class PatientFiles : public Files {
   [[nodiscard]] std::optional<FilePath> resolveAlias(const FilePath& path) const override;
   [[nodiscard]] std::optional<bool> isPackage(const FilePath& folder) const override;
   [[nodiscard]] bool hasPackageSuffix(std::string_view name) const override;
+  [[nodiscard]] bool isStalled(const FilePath& path) const override;
 
   /// Ends all waiting, now and from now on: the program is about to end. Nothing is logged then.
   void giveUp();
@@ -40,15 +41,19 @@ class PatientFiles : public Files {
   /// where it hangs. The work must not refer to what may go.
   template <typename Work>
   auto wait(const FilePath& path, Work work) const -> std::optional<decltype(work())> {
-    // A link on this machine's storage may lead to a share.
+    // A link on this machine's storage may lead to a share, which is asked once for all links.
     if (!_mounts.hasAny()) return work();
-    const FilePath name = _mounts.pointOf(path).value_or(path);
+    const FilePath name = nameFor(path);
     auto value = _guard.wait(name.bytes(), std::move(work));
     if (!value) tell(name);
     return value;
   }
 
  private:
+  /// Under which what hangs is known: the share's, or the path where none is known.
+  [[nodiscard]] FilePath nameFor(const FilePath& path) const {
+    return _mounts.pointBehind(path).value_or(path);
+  }
   /// The same, for a path whose last part is not followed where it is a link.
   template <typename Work>
   auto waitUnlessLocal(const FilePath& path, FinalLink link, Work work) const

@@ -5,7 +5,10 @@
 
 #include <algorithm>
 #include <array>
+#include <deque>
+#include <filesystem>
 #include <string_view>
+#include <system_error>
 
 namespace pelmora::platform {
 
@@ -41,6 +44,33 @@ std::optional<FilePath> RemoteMounts::pointOf(const FilePath& path) {
   if (!_hasRemote) return std::nullopt;
   const Mount* mount = _mounts.mountOf(path);
   return mount && isRemote(*mount) ? std::optional(mount->point) : std::nullopt;
+}
+
+std::optional<FilePath> RemoteMounts::pointBehind(const FilePath& path) {
+  namespace fs = std::filesystem;
+  constexpr int kMostLinks = 40;  // as many as the kernel follows
+  fs::path done = "/";
+  std::deque<fs::path> left;
+  const auto prepend = [&left](const fs::path& names) {
+    left.insert(left.begin(), names.begin(), names.end());
+  };
+  prepend(fs::path(path.bytes()).relative_path());
+  int links = 0;
+  while (!left.empty()) {
+    const fs::path next = (done / left.front()).lexically_normal();
+    left.pop_front();
+    if (auto point = pointOf(FilePath(next.string()))) return point;
+    std::error_code error;
+    const fs::path target = fs::read_symlink(next, error);
+    if (error) {
+      done = next;
+      continue;
+    }
+    if (++links > kMostLinks) return std::nullopt;
+    prepend(target.relative_path());
+    if (target.is_absolute()) done = "/";
+  }
+  return std::nullopt;
 }
 
 void RemoteMounts::update() {

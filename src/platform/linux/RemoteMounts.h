@@ -24,6 +24,9 @@ class RemoteMounts {
   [[nodiscard]] bool hasAny();
   /// The point of the one that a path lies on, its symbolic links not regarded; nullopt for others.
   [[nodiscard]] std::optional<FilePath> pointOf(const FilePath& path);
+  /// The point of the one that a path leads to by the symbolic links that this machine's storage
+  /// has in it: nothing on a remote one is looked at. nullopt for others, and for circles.
+  [[nodiscard]] std::optional<FilePath> pointBehind(const FilePath& path);
 
  private:
   void update();

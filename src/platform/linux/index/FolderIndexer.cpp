@@ -231,7 +231,13 @@ std::vector<std::string> FolderIndexer::changedFiles(
     const EntryKind entryKind = *kind++;
     if (entryKind == EntryKind::folder) continue;
     std::string name(entry);
-    if (entryKind == EntryKind::alias && !leadsSomewhere(folder.path / name)) continue;
+    if (entryKind == EntryKind::alias && !leadsSomewhere(folder.path / name)) {
+      if (_tools.files.isStalled(folder.path / name)) {
+        outcome.hasUnread = true;
+        known.erase(name);
+      }
+      continue;
+    }
     const std::optional<IndexStamp> stamp = stampOf(folder.descriptor.get(), name.c_str());
     if (!stamp) continue;
     ++outcome.fileCount;
@@ -241,13 +247,16 @@ std::vector<std::string> FolderIndexer::changedFiles(
     if (isKnown) known.erase(stored);
     if (!isUnchanged) changed.push_back(std::move(name));
   }
+  // At the end nothing answers any more, and links that are left out are not gone.
+  if (_tools.isOver()) return changed;
   std::vector<std::string> gone;
   for (const auto& [name, stamp] : known) gone.push_back(name);
   if (!gone.empty()) _tools.store.remove(folder.id, gone);
   return changed;
 }
 
-/// A link may lead to what does not answer, and that is not waited for.
+/// A link may lead to what does not answer, and that is not waited for without limit. All stays as
+/// it is then, and is looked at again.
 bool FolderIndexer::leadsSomewhere(const FilePath& link) const {
   return _tools.files.facts(link, FinalLink::follow).has_value();
 }

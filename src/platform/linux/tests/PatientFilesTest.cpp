@@ -110,4 +110,18 @@ TEST_F(PatientFilesTest, followLinksToASharePatiently) {
   EXPECT_NE(thread, std::this_thread::get_id());
 }
 
+TEST_F(PatientFilesTest, askAShareOnceForAllLinksToIt) {
+  const auto ask = [this](const FilePath& link) {
+    return files.wait(link,
+                      [share = share, nas = nas] { return share->facts(nas, FinalLink::follow); });
+  };
+  const FilePath one = temporary.link("here/one", nas);
+  EXPECT_FALSE(files.isStalled(one));
+  EXPECT_EQ(ask(one), std::nullopt);
+  EXPECT_TRUE(files.isStalled(one));
+  EXPECT_EQ(ask(temporary.link("here/two", year)), std::nullopt);
+  EXPECT_FALSE(files.isStalled(here));
+  EXPECT_THAT(log.lines(), ElementsAre(HasSubstr("'" + nas.bytes() + "' does not answer")));
+}
+
 }  // namespace pelmora::platform

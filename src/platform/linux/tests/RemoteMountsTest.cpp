@@ -1,6 +1,10 @@
 #include "platform/linux/RemoteMounts.h"
 
+#include "platform/fake/TemporaryFolder.h"
+
 #include <gtest/gtest.h>
+
+#include <filesystem>
 
 namespace pelmora::platform {
 
@@ -33,6 +37,28 @@ TEST(RemoteMounts, areThoseOfOtherMachinesAndPrograms) {
   EXPECT_EQ(mounts.pointOf(FilePath("/home/me/phone/DCIM")), FilePath("/home/me/phone"));
   EXPECT_EQ(mounts.pointOf(FilePath("/mnt/nas2/a.jpg")), std::nullopt);
   EXPECT_EQ(mounts.pointOf(FilePath("/home/me/Pictures")), std::nullopt);
+}
+
+TEST(RemoteMounts, areFoundBehindLinksWithoutALookAtThem) {
+  const TemporaryFolder temporary;
+  const FilePath home = temporary.mkdir("home");
+  const auto link = [&home](const std::string& target, const char* name) {
+    std::filesystem::create_symlink(target, (home / name).bytes());
+    return home / name;
+  };
+  // Nothing is there: whoever looked would find nothing.
+  RemoteMounts mounts = of(std::string(kLocal) + "25 22 0:7 / " + temporary.path().bytes() +
+                           "/nas rw - nfs4 server:/export rw\n");
+  const FilePath nas = temporary.path() / "nas";
+  const FilePath direct = link(nas.bytes() + "/2024", "direct");
+  EXPECT_EQ(mounts.pointBehind(direct), nas);
+  EXPECT_EQ(mounts.pointBehind(direct / "deeper"), nas);
+  EXPECT_EQ(mounts.pointBehind(link("../nas/a.jpg", "relative")), nas);
+  EXPECT_EQ(mounts.pointBehind(link("direct", "by another")), nas);
+  EXPECT_EQ(mounts.pointBehind(nas / "a.jpg"), nas);
+  EXPECT_EQ(mounts.pointBehind(link("circle", "circle")), std::nullopt);
+  EXPECT_EQ(mounts.pointBehind(link("nowhere", "broken")), std::nullopt);
+  EXPECT_EQ(mounts.pointBehind(home / "a.jpg"), std::nullopt);
 }
 
 TEST(RemoteMounts, areFollowedAsTheyChange) {

@@ -1,6 +1,7 @@
 #include "platform/linux/index/FolderIndexer.h"
 
 #include "platform/linux/index/tests/IndexFixture.h"
+#include "platform/linux/PosixFiles.h"
 
 #include <fcntl.h>
 #include <sys/resource.h>
@@ -108,12 +109,45 @@ TEST_F(FolderIndexerTest, readsWhatALinkLeadsTo) {
 }
 
 TEST_F(FolderIndexerTest, passesOverALinkToWhatDoesNotAnswer) {
-  temporary.write("pictures/a.jpg", "one");
+  class OneLinkIsStalled : public PosixFiles {
+   public:
+    [[nodiscard]] std::optional<FileFacts> facts(const FilePath& path,
+                                                 FinalLink link) const override {
+      return isStalled(path) ? std::nullopt : PosixFiles::facts(path, link);
+    }
+    [[nodiscard]] bool isStalled(const FilePath& path) const override {
+      return path.lastComponent() == "stalled.jpg";
+    }
+  };
+  const OneLinkIsStalled files;
+  FolderIndexer patient({.files = files,
+                         .log = fakes.log,
+                         .store = store,
+                         .turn = turn,
+                         .inspector = inspector,
+                         .isOver = [] { return false; }});
   temporary.write("elsewhere.jpg", "one");
   std::filesystem::create_symlink("../elsewhere.jpg", (folder / "link.jpg").bytes());
+  std::filesystem::create_symlink("../elsewhere.jpg", (folder / "stalled.jpg").bytes());
+  const auto look = [&] {
+    return patient.update(folder, store.folderId(folder), Unread::tried, [] {});
+  };
+  EXPECT_TRUE(look().hasUnread);
+  EXPECT_THAT(filesWithTitle("one"), testing::ElementsAre("link.jpg"));
+  EXPECT_FALSE(update().hasUnread);  // it answers
+  EXPECT_THAT(filesWithTitle("one"), testing::UnorderedElementsAre("link.jpg", "stalled.jpg"));
+  EXPECT_TRUE(look().hasUnread);  // and does not any more
+  EXPECT_THAT(filesWithTitle("one"), testing::UnorderedElementsAre("link.jpg", "stalled.jpg"));
+}
+
+TEST_F(FolderIndexerTest, forgetsNoLinkWhenItIsToldToEnd) {
+  temporary.write("elsewhere.jpg", "one");
+  std::filesystem::create_symlink("../elsewhere.jpg", (folder / "link.jpg").bytes());
+  (void)update();
   fakes.files.fail(CountingFiles::Call::facts, folder / "link.jpg");
-  EXPECT_EQ(update().fileCount, 1U);
-  EXPECT_THAT(filesWithTitle("one"), testing::ElementsAre("a.jpg"));
+  isOver = true;
+  (void)update();
+  EXPECT_THAT(filesWithTitle("one"), testing::ElementsAre("link.jpg"));
 }
 
 TEST_F(FolderIndexerTest, keepsAFileThatCannotBeReadUnderItsNameWithOneLine) {
