@@ -51,7 +51,6 @@ struct SessionBus::Worker {
   // On the thread:
   std::optional<QDBusConnection> connection;
   std::optional<BusSignal> loss;
-  bool isLost = false;
 };
 
 void SessionBus::Worker::connect(const std::string& address, const std::string& busName,
@@ -60,19 +59,18 @@ void SessionBus::Worker::connect(const std::string& address, const std::string& 
   connection = QDBusConnection::connectToBus(QString::fromStdString(address), name);
   const bool isConnected = connection->isConnected();
   const std::string why = connection->lastError().message().toStdString();
+  if (isConnected) watchForEnd(busName, log);  // which may wait too
   const std::lock_guard lock(mutex);
   isConnecting = false;
-  if (isConnected && !isAbandoned) return watchForEnd(busName, log);
+  if (isConnected && !isAbandoned) return;
   disconnect();
   if (!isAbandoned) log.print("Pelmora: %s cannot be reached: %s", busName.c_str(), why.c_str());
 }
 
 void SessionBus::Worker::watchForEnd(const std::string& busName, platform::Log& log) {
-  const auto tell = [this, busName, &log] {
-    if (!std::exchange(isLost, true)) log.print("Pelmora: %s has gone", busName.c_str());
-  };
-  loss.emplace(*connection, BusSignal::endOfConnection(), [tell](const QDBusMessage&) { tell(); });
-  if (!connection->isConnected()) tell();  // so soon
+  loss.emplace(*connection, BusSignal::endOfConnection(), [busName, &log](const QDBusMessage&) {
+    log.print("Pelmora: %s has gone", busName.c_str());
+  });
 }
 
 void SessionBus::Worker::run(const Task& task) const {
