@@ -201,8 +201,8 @@ def main():
     parser.add_argument("--gl-counts", metavar="LIBRARY",
                         help="draw by the graphics processor, and count its objects by this")
     options = parser.parse_args()
-    if not options.minutes >= 3:
-        parser.error("--minutes: a verdict wants three minutes at least")
+    if not options.minutes >= 9:
+        parser.error("--minutes: a verdict wants nine minutes at least")
     problems = run(os.path.abspath(options.pelmora), options.minutes,
                    options.gl_counts and os.path.abspath(options.gl_counts))
     for problem in problems:

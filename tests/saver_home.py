@@ -17,7 +17,7 @@ LONG_AGO = 1_500_000_000  # Unix seconds
 # What the caller's environment may add: what sanitizers and loaders need, nothing of the session.
 _KEPT = ("PATH", "LD_LIBRARY_PATH", "ASAN_OPTIONS", "UBSAN_OPTIONS", "LSAN_OPTIONS", "TMPDIR")
 
-_RUN_LIMIT = 50  # seconds
+_RUN_LIMIT = 180 if "ASAN_OPTIONS" in os.environ else 50  # seconds
 _LONGEST_MESSAGE = 4096  # bytes
 
 

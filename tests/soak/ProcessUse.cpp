@@ -74,9 +74,9 @@ ProcessUse ProcessUse::now() {
 
 std::vector<std::string> growth(const std::vector<ProcessUse>& samples) {
   std::vector<std::string> grown;
-  if (samples.size() < kFewestSamples) return grown;
   const std::size_t third = samples.size() / 3;
-  const std::size_t twoThirds = samples.size() - third;
+  const std::size_t twoThirds = samples.size() - std::max<std::size_t>(third, 1);
+  if (twoThirds <= third) return grown;
   const auto compare = [&](const char* what, long ProcessUse::*member, auto allowance) {
     const long before = median(samples, third, twoThirds, member);
     const long after = median(samples, twoThirds, samples.size(), member);
@@ -86,7 +86,7 @@ std::vector<std::string> growth(const std::vector<ProcessUse>& samples) {
     }
   };
   const auto none = [](long) { return 0L; };
-  if (!kKeepsFreed) {
+  if (!kKeepsFreed && samples.size() >= kFewestSamples) {
     compare("the memory (KiB)", &ProcessUse::kilobytes, [](long before) {
       return std::max(kMostKilobytes, static_cast<long>(static_cast<double>(before) * kMostGrowth));
     });

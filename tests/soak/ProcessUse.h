@@ -17,12 +17,12 @@ struct ProcessUse {
   [[nodiscard]] static ProcessUse now();
 };
 
-/// So few samples say nothing of growth.
+/// Fewer samples say nothing of memory.
 inline constexpr std::size_t kFewestSamples = 6;
 
 /// What grew from the second third of the samples to the last, by their medians, a line each: any
-/// descriptor, thread and child, of the heap more than half a MiB, and of the memory more than 5 %
-/// and 8 MiB. Nothing for fewer samples than the fewest.
+/// descriptor, thread and child; and, where there are samples enough, of the heap more than half a
+/// MiB, of the memory more than 5 % and 8 MiB.
 [[nodiscard]] std::vector<std::string> growth(const std::vector<ProcessUse>& samples);
 
 }  // namespace pelmora::soak
