@@ -77,6 +77,7 @@ class AwaitedUpdates : public QObject {
 /// Takes a window off the screen, unbeknown to Qt.
 void unmap(QWindow& window) {
   wl_surface* surface = surfaceOf(window);
+  if (!surface) return;
   wl_surface_attach(surface, nullptr, 0, 0);
   wl_surface_commit(surface);
 }
