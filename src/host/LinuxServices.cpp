@@ -75,7 +75,7 @@ struct LinuxServices::Parts {
                             : platform::SystemLog::StandardError::whenTerminal),
         files(std::make_shared<platform::PosixFiles>(), remoteMounts, log),
         userFolders(platform::processEnvironment()),
-        bookmarks(platform::makeLinuxBookmarks(), files),
+        bookmarks(platform::makeLinuxBookmarks(mounts), files),
         preferences(platform::defaultPreferencesPath(), log),
         embeddedTags(inspectorPath(), clock, log, platform::EmbeddedTags::kDeadline, &files),
         workspace(
@@ -141,7 +141,8 @@ struct LinuxServices::Parts {
 
   platform::SystemClock clock;
   platform::SystemLog log;
-  platform::RemoteMounts remoteMounts;
+  std::shared_ptr<platform::CurrentMounts> mounts = std::make_shared<platform::CurrentMounts>();
+  platform::RemoteMounts remoteMounts{mounts};
   platform::PatientFiles files;
   platform::XdgUserFolders userFolders;
   platform::PatientBookmarks bookmarks;

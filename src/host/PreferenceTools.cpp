@@ -10,7 +10,7 @@ PreferenceTools::PreferenceTools()
     : log(platform::SystemLog::StandardError::always),
       files(std::make_shared<platform::PosixFiles>(), remoteMounts, log),
       userFolders(platform::processEnvironment()),
-      bookmarks(platform::makeLinuxBookmarks(), files),
+      bookmarks(platform::makeLinuxBookmarks(mounts), files),
       preferences(platform::defaultPreferencesPath(), log) {
   preferences.registerDefaults(view::moduleDefaults(userFolders, bookmarks));
 }

@@ -8,6 +8,8 @@
 #include "platform/linux/XdgUserFolders.h"
 #include "platform/PropertyList.h"
 
+#include <memory>
+
 namespace pelmora::host {
 
 /// What the commands that edit preferences need, and no more. What goes wrong is said on standard
@@ -17,7 +19,8 @@ struct PreferenceTools {
   PreferenceTools();
 
   platform::SystemLog log;
-  platform::RemoteMounts remoteMounts;
+  std::shared_ptr<platform::CurrentMounts> mounts = std::make_shared<platform::CurrentMounts>();
+  platform::RemoteMounts remoteMounts{mounts};
   platform::PatientFiles files;
   platform::XdgUserFolders userFolders;
   platform::PatientBookmarks bookmarks;

@@ -40,8 +40,8 @@ Result<plist::Bytes> LinuxBookmarks::make(const FilePath& folder) const {
   const std::optional<FolderIdentity> identity = folderIdentity(folder);
   if (!canonical || !identity) return Error{folder.bytes() + ": vanished meanwhile"};
 
-  const MountTable mounts = _readMounts();
-  const Mount* const mount = mounts.mountOf(*canonical);
+  const auto mounts = _mounts->table();
+  const Mount* const mount = mounts->mountOf(*canonical);
   BookmarkRecord record;
   record.path = folder;
   record.filesystem = filesystemIdentity(*canonical, mount);
@@ -58,18 +58,20 @@ Result<plist::Bytes> LinuxBookmarks::make(const FilePath& folder) const {
 Result<FilePath> LinuxBookmarks::resolve(const plist::Bytes& bookmark) const {
   const Result<BookmarkRecord> record = BookmarkRecord::decode(bookmark);
   if (!record) return record.error();
-  const MountTable mounts = _readMounts();
-  const auto folder = BookmarkResolver(*record, mounts, _clock, _limits).resolve();
+  const auto mounts = _mounts->table();
+  const auto folder = BookmarkResolver(*record, *mounts, _clock, _limits).resolve();
   if (!folder) return Error{record->path.bytes() + ": the folder is gone"};
   return *folder;
 }
 
-std::shared_ptr<const Bookmarks> makeLinuxBookmarks() {
+std::shared_ptr<const Bookmarks> makeLinuxBookmarks(std::shared_ptr<CurrentMounts> mounts) {
   struct OwnBookmarks {
+    explicit OwnBookmarks(std::shared_ptr<CurrentMounts> mounts)
+        : bookmarks(clock, std::move(mounts)) {}
     SystemClock clock;
-    LinuxBookmarks bookmarks{clock};
+    LinuxBookmarks bookmarks;
   };
-  const auto own = std::make_shared<OwnBookmarks>();
+  const auto own = std::make_shared<OwnBookmarks>(std::move(mounts));
   return {own, &own->bookmarks};
 }
 

@@ -1,8 +1,5 @@
 #include "platform/linux/RemoteMounts.h"
 
-#include <fcntl.h>
-#include <poll.h>
-
 #include <algorithm>
 #include <array>
 #include <deque>
@@ -28,21 +25,11 @@ bool isRemote(const Mount& mount) {
 
 }  // namespace
 
-RemoteMounts::RemoteMounts()
-    : _read(&MountTable::ofThisProcess),
-      _mountInfo(::open("/proc/self/mountinfo", O_RDONLY | O_CLOEXEC)) {}
-
-bool RemoteMounts::hasAny() {
-  const std::lock_guard lock(_mutex);
-  update();
-  return _hasRemote;
-}
+bool RemoteMounts::hasAny() { return tableWithRemote() != nullptr; }
 
 std::optional<FilePath> RemoteMounts::pointOf(const FilePath& path) {
-  const std::lock_guard lock(_mutex);
-  update();
-  if (!_hasRemote) return std::nullopt;
-  const Mount* mount = _mounts.mountOf(path);
+  const auto table = tableWithRemote();
+  const Mount* mount = table ? table->mountOf(path) : nullptr;
   return mount && isRemote(*mount) ? std::optional(mount->point) : std::nullopt;
 }
 
@@ -73,18 +60,14 @@ std::optional<FilePath> RemoteMounts::pointBehind(const FilePath& path) {
   return std::nullopt;
 }
 
-void RemoteMounts::update() {
-  if (_isRead && !hasChanged()) return;
-  _isRead = true;
-  _mounts = _read();
-  _hasRemote = std::any_of(_mounts.mounts().begin(), _mounts.mounts().end(), isRemote);
-}
-
-/// The kernel tells it once to whoever holds the file open.
-bool RemoteMounts::hasChanged() {
-  if (!_mountInfo.isOpen()) return true;
-  pollfd change{_mountInfo.get(), POLLPRI, 0};
-  return ::poll(&change, 1, 0) > 0 && (change.revents & (POLLPRI | POLLERR)) != 0;
+std::shared_ptr<const MountTable> RemoteMounts::tableWithRemote() {
+  const std::lock_guard lock(_mutex);
+  auto table = _current->table();
+  if (table != _table) {
+    _hasRemote = std::any_of(table->mounts().begin(), table->mounts().end(), isRemote);
+    _table = std::move(table);
+  }
+  return _hasRemote ? _table : nullptr;
 }
 
 }  // namespace pelmora::platform

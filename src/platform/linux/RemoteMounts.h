@@ -1,24 +1,19 @@
 #pragma once
 
-#include "platform/FileDescriptor.h"
-#include "platform/linux/MountTable.h"
+#include "platform/linux/CurrentMounts.h"
 
-#include <functional>
+#include <memory>
 #include <mutex>
 #include <optional>
-#include <vector>
+#include <utility>
 
 namespace pelmora::platform {
 
 /// The mounted file systems whose files are on other machines, or come from other programs, so that
-/// a look at one may never end. Read anew when something was mounted or unmounted. Thread: any.
+/// a look at one may never end. Thread: any.
 class RemoteMounts {
  public:
-  using Reader = std::function<MountTable()>;
-
-  RemoteMounts();
-  /// Reads what is mounted by `read`, each time that it is asked.
-  explicit RemoteMounts(Reader read) : _read(std::move(read)) {}
+  explicit RemoteMounts(std::shared_ptr<CurrentMounts> current) : _current(std::move(current)) {}
 
   /// Whether there is any.
   [[nodiscard]] bool hasAny();
@@ -29,14 +24,12 @@ class RemoteMounts {
   [[nodiscard]] std::optional<FilePath> pointBehind(const FilePath& path);
 
  private:
-  void update();
-  [[nodiscard]] bool hasChanged();
+  /// What is mounted now where any of it is remote, else null.
+  [[nodiscard]] std::shared_ptr<const MountTable> tableWithRemote();
 
-  const Reader _read;
-  FileDescriptor _mountInfo;  // tells of changes; closed where the reader is another's
-  std::mutex _mutex;          // guards all below
-  bool _isRead = false;
-  MountTable _mounts;
+  const std::shared_ptr<CurrentMounts> _current;
+  std::mutex _mutex;                         // guards all below
+  std::shared_ptr<const MountTable> _table;  // which `_hasRemote` is about
   bool _hasRemote = false;
 };
 

@@ -49,7 +49,9 @@ class LinuxBookmarksTest : public testing::Test {
   FilePath photos = temporary.mkdir("stick/mine/photos");
   std::string mountInfo;
   SystemClock clock;
-  LinuxBookmarks bookmarks{clock, {2000, 60}, [this] { return MountTable::parse(mountInfo); }};
+  std::shared_ptr<CurrentMounts> mounts =
+      std::make_shared<CurrentMounts>([this] { return MountTable::parse(mountInfo); });
+  LinuxBookmarks bookmarks{clock, mounts, {2000, 60}};
 };
 
 }  // namespace
@@ -222,7 +224,7 @@ TEST_F(LinuxBookmarksTest, endsASearchAtItsLimits) {
   const plist::Bytes bookmark = make(photos);
   (void)temporary.mkdir("stick/a/b/c/d");
   move("stick/mine/photos", "stick/a/b/c/d/e");
-  const LinuxBookmarks hasty(clock, {2, 60}, [this] { return MountTable::parse(mountInfo); });
+  const LinuxBookmarks hasty(clock, mounts, {2, 60});
   EXPECT_EQ(hasty.resolve(bookmark).error().message, gone(photos));
 }
 
@@ -241,7 +243,7 @@ TEST_F(LinuxBookmarksTest, refusesDamagedBookmarks) {
 }
 
 TEST_F(LinuxBookmarksTest, worksWithTheMountsOfThisProcess) {
-  const LinuxBookmarks real(clock);
+  const LinuxBookmarks real(clock, std::make_shared<CurrentMounts>());
   const plist::Bytes bookmark = real.make(photos).value();
   EXPECT_EQ(real.resolve(bookmark).value(), photos);
   const FilePath renamed = temporary.path() / "stick/mine/pictures";

@@ -21,7 +21,7 @@ using testing::HasSubstr;
 class ShareBookmarks : public LinuxBookmarks {
  public:
   explicit ShareBookmarks(std::shared_future<void> answered)
-      : LinuxBookmarks(_clock), _answered(std::move(answered)) {}
+      : LinuxBookmarks(_clock, std::make_shared<CurrentMounts>()), _answered(std::move(answered)) {}
 
   [[nodiscard]] Result<plist::Bytes> make(const FilePath& folder) const override {
     _answered.wait();
@@ -50,9 +50,9 @@ class PatientBookmarksTest : public testing::Test {
   FilePath nas = temporary.mkdir("nas");
   std::promise<void> answer;
   std::shared_future<void> answered = answer.get_future().share();
-  RemoteMounts mounts{[this] {
+  RemoteMounts mounts{std::make_shared<CurrentMounts>([this] {
     return MountTable::parse("1 0 0:7 / " + nas.bytes() + " rw - nfs4 server:/ rw\n");
-  }};
+  })};
   RecordingLog log;
 };
 
@@ -78,7 +78,7 @@ TEST_F(PatientBookmarksTest, cannotBeMadeOfWhatDoesNotAnswer) {
 
 TEST_F(PatientBookmarksTest, cannotBeResolvedWhereNothingAnswers) {
   const SystemClock clock;
-  const auto made = LinuxBookmarks(clock).make(nas);
+  const auto made = LinuxBookmarks(clock, std::make_shared<CurrentMounts>()).make(nas);
   ASSERT_TRUE(made);
   const PatientFiles files = filesThatWait(std::chrono::milliseconds(1));
   const PatientBookmarks patient(bookmarks(), files);

@@ -63,7 +63,7 @@ class PatientFilesTest : public testing::Test {
   FilePath year = temporary.mkdir("nas/2024");
   bool isMounted = true;
   std::shared_ptr<ShareFiles> share = std::make_shared<ShareFiles>(nas);
-  RemoteMounts mounts{[this] { return mountTable(); }};
+  RemoteMounts mounts{std::make_shared<CurrentMounts>([this] { return mountTable(); })};
   RecordingLog log;
   PatientFiles files{share, mounts, log, kShort};
 };

@@ -18,7 +18,8 @@ constexpr const char* kShare = "25 22 0:7 / /mnt/nas rw - nfs4 server:/export rw
 constexpr const char* kProgram = "26 22 0:8 / /home/me/phone rw - fuse.jmtpfs jmtpfs rw\n";
 
 RemoteMounts of(const std::string& mountInfo) {
-  return RemoteMounts([mountInfo] { return MountTable::parse(mountInfo); });
+  return RemoteMounts(
+      std::make_shared<CurrentMounts>([mountInfo] { return MountTable::parse(mountInfo); }));
 }
 
 }  // namespace
@@ -63,7 +64,8 @@ TEST(RemoteMounts, areFoundBehindLinksWithoutALookAtThem) {
 
 TEST(RemoteMounts, areFollowedAsTheyChange) {
   std::string mountInfo = kLocal;
-  RemoteMounts mounts([&mountInfo] { return MountTable::parse(mountInfo); });
+  RemoteMounts mounts(
+      std::make_shared<CurrentMounts>([&mountInfo] { return MountTable::parse(mountInfo); }));
   EXPECT_FALSE(mounts.hasAny());
   mountInfo += kShare;
   EXPECT_TRUE(mounts.hasAny());
@@ -72,7 +74,7 @@ TEST(RemoteMounts, areFollowedAsTheyChange) {
 }
 
 TEST(RemoteMounts, areNotTheRootOfAnyTestMachine) {
-  RemoteMounts mounts;
+  RemoteMounts mounts(std::make_shared<CurrentMounts>());
   EXPECT_EQ(mounts.pointOf(FilePath("/proc/self")), std::nullopt);
 }
 
