@@ -9,6 +9,7 @@
 #include "host/ResourceFolder.h"
 #include "host/SampleFolders.h"
 #include "host/UserPaths.h"
+#include "platform/linux/CurrentMounts.h"
 #include "platform/linux/FilePreferencesStore.h"
 #include "platform/linux/index/EmbeddedTags.h"
 #include "platform/linux/index/MetadataIndex.h"

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "platform/linux/CurrentMounts.h"
 #include "platform/linux/FilePreferencesStore.h"
 #include "platform/linux/PatientBookmarks.h"
 #include "platform/linux/PatientFiles.h"

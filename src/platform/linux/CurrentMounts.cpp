@@ -6,19 +6,21 @@
 namespace pelmora::platform {
 
 CurrentMounts::CurrentMounts()
-    : _read(&MountTable::ofThisProcess),
-      _mountInfo(::open("/proc/self/mountinfo", O_RDONLY | O_CLOEXEC)) {}
+    : CurrentMounts(&MountTable::ofThisProcess,
+                    FileDescriptor(::open("/proc/self/mountinfo", O_RDONLY | O_CLOEXEC))) {}
 
 std::shared_ptr<const MountTable> CurrentMounts::table() {
   const std::lock_guard lock(_mutex);
-  if (!_table || hasChanged()) _table = std::make_shared<const MountTable>(_read());
+  if (hasChanged() || !_table || _table->mounts().empty()) {
+    _table = std::make_shared<const MountTable>(_read());
+  }
   return _table;
 }
 
 /// The kernel tells it once to whoever holds the file open.
 bool CurrentMounts::hasChanged() {
-  if (!_mountInfo.isOpen()) return true;
-  pollfd change{_mountInfo.get(), POLLPRI, 0};
+  if (!_changes.isOpen()) return true;
+  pollfd change{_changes.get(), POLLPRI, 0};
   return ::poll(&change, 1, 0) > 0 && (change.revents & (POLLPRI | POLLERR)) != 0;
 }
 

@@ -13,8 +13,7 @@ namespace pelmora::platform {
 
 /// Bookmarks that know a folder by its filesystem, inode and moment of birth, so that it is found
 /// again after it was renamed or moved within its filesystem, or mounted elsewhere.
-/// Thread: any. A resolution that has to search may take as long as the limits
-/// allow.
+/// Thread: any. A resolution that has to search may take as long as the limits allow.
 class LinuxBookmarks : public Bookmarks {
  public:
   /// `clock` must outlive this.
@@ -31,7 +30,7 @@ class LinuxBookmarks : public Bookmarks {
   const SearchLimits _limits;
 };
 
-/// With a clock of their own: a resolution that hangs keeps both.
+/// With a clock of their own: a resolution that hangs keeps all three.
 [[nodiscard]] std::shared_ptr<const Bookmarks> makeLinuxBookmarks(
     std::shared_ptr<CurrentMounts> mounts);
 

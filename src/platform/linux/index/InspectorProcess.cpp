@@ -90,11 +90,17 @@ bool isGreeting(const CheckedReply& reply) {
 }
 
 /// The next message; nullopt when it takes longer. `until` begins with the first waiting, and holds
-/// for the messages that follow.
-std::optional<Received> receiveWithin(int socket, std::span<std::byte> buffer,
+/// for the messages that follow. `isBusy`: the other side has enough to do.
+std::optional<Received> receiveWithin(int socket, std::span<std::byte> buffer, bool isBusy,
                                       std::chrono::milliseconds deadline,
                                       std::optional<Deadline>& until) {
   Received received = receiveMessage(socket, buffer, Waiting::no);
+  if (received.error == EAGAIN && isBusy) {
+    // A reply that is waited for costs the inspector a tenth of a small file, as it wakes this
+    // thread: several are let come.
+    std::this_thread::sleep_for(kGathering);
+    received = receiveMessage(socket, buffer, Waiting::no);
+  }
   if (received.error == EAGAIN) {
     if (!until) until.emplace(deadline);
     if (!until->waitFor(socket)) return std::nullopt;
@@ -130,19 +136,9 @@ int InspectorProcess::ask(int descriptor) {
 }
 
 InspectorProcess::Answer InspectorProcess::next() {
-  gatherReplies();
   Answer answer = reply();
   if (answer.wasTaken) ++_answered;
   return answer;
-}
-
-/// Each reply that is waited for costs the inspector a tenth of a small file, as it wakes this
-/// thread. While it has enough to do, several are let come.
-void InspectorProcess::gatherReplies() const {
-  if (!_hasGreeted || ahead() <= metadata::kMaxAhead / 2) return;
-  std::byte first{};
-  if (recv(_child->socket(), &first, 1, MSG_PEEK | MSG_DONTWAIT) >= 0) return;
-  std::this_thread::sleep_for(kGathering);
 }
 
 InspectorProcess::Answer InspectorProcess::reply() {
@@ -150,8 +146,9 @@ InspectorProcess::Answer InspectorProcess::reply() {
   std::array<std::byte, metadata::kMaxReplyBytes + 1> buffer;
   std::optional<Deadline> until;
   for (;;) {
+    const bool isBusy = _hasGreeted && ahead() > metadata::kMaxAhead / 2;
     const std::optional<Received> received =
-        receiveWithin(_child->socket(), buffer, _deadline, until);
+        receiveWithin(_child->socket(), buffer, isBusy, _deadline, until);
     if (!received) return endWith(tookTooLong(atWork(), _deadline));
     const bool isThere = received->error == 0 && !received->message.bytes.empty();
     if (!isThere) return endWith(endOfItself());

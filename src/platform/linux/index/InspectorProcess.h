@@ -45,7 +45,6 @@ class InspectorProcess {
   InspectorProcess(ChildProcess child, std::chrono::milliseconds deadline)
       : _child(std::move(child)), _deadline(deadline) {}
 
-  void gatherReplies() const;
   Answer reply();
   [[nodiscard]] const char* atWork() const;
   Answer endWith(EmbeddedMetadata problem);

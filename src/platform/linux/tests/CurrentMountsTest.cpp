@@ -1,70 +1,93 @@
 #include "platform/linux/CurrentMounts.h"
 
-#include "platform/fake/TemporaryFolder.h"
-
-#include <sched.h>
-#include <sys/mount.h>
-#include <sys/wait.h>
+#include <fcntl.h>
+#include <sys/ioctl.h>
+#include <termios.h>
 #include <unistd.h>
 
 #include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <string>
 
 namespace pelmora::platform {
 
 namespace {
 
-constexpr int kMayNotMount = 2;
+constexpr const char* kDisk = "1 0 8:1 / / rw - ext4 /dev/sda1 rw\n";
+constexpr const char* kStick = "2 1 8:2 / /stick rw - vfat /dev/sdb1 rw\n";
 
-/// Whether this process sees mounts of its own from now on, which nobody else does.
-bool leaveOtherMounts() {
-  if (::unshare(CLONE_NEWNS) != 0 && ::unshare(CLONE_NEWUSER | CLONE_NEWNS) != 0) return false;
-  ::mount(nullptr, "/", nullptr, MS_REC | MS_PRIVATE, nullptr);  // no mount in a changed root
-  return true;
-}
+/// Something that polls POLLPRI when it is told to, until it is taken note of: a terminal that
+/// tells whoever controls it what was done to it.
+class Notice {
+ public:
+  Notice() {
+    FileDescriptor control(::posix_openpt(O_RDWR | O_NOCTTY | O_CLOEXEC | O_NONBLOCK));
+    int isTold = 1;
+    if (::grantpt(control.get()) != 0 || ::unlockpt(control.get()) != 0) return;
+    _terminal = FileDescriptor(::open(::ptsname(control.get()), O_RDWR | O_NOCTTY | O_CLOEXEC));
+    if (::ioctl(control.get(), TIOCPKT, &isTold) == 0) _control = std::move(control);
+  }
 
-/// In a process of its own: whether a mount and its end are seen, each by one new table.
-int followAMountAt(const FilePath& folder) {
-  if (!leaveOtherMounts()) return kMayNotMount;
-  CurrentMounts mounts;
-  const auto before = mounts.table();
-  if (::mount("stick", folder.c_str(), "tmpfs", 0, nullptr) != 0) return kMayNotMount;
-  const auto during = mounts.table();
-  const bool isSameWhileNothingChanges = mounts.table() == during;
-  const bool isUnmounted = ::umount(folder.c_str()) == 0;
-  const auto after = mounts.table();
-  const std::size_t count = before->mounts().size();
-  const bool isFollowed =
-      during->mounts().size() == count + 1 && after->mounts().size() == count && isUnmounted;
-  return isFollowed && isSameWhileNothingChanges ? 0 : 1;
-}
+  [[nodiscard]] FileDescriptor descriptor() const { return FileDescriptor(::dup(_control.get())); }
+  [[nodiscard]] bool give() const { return ::tcflush(_terminal.get(), TCIFLUSH) == 0; }
+  [[nodiscard]] bool take() const {
+    char word = 0;
+    return ::read(_control.get(), &word, 1) == 1;
+  }
+
+ private:
+  FileDescriptor _control;
+  FileDescriptor _terminal;
+};
+
+class CurrentMountsTest : public testing::Test {
+ protected:
+  [[nodiscard]] MountTable read() {
+    ++reads;
+    return MountTable::parse(mountInfo);
+  }
+
+  std::string mountInfo = kDisk;
+  int reads = 0;
+  Notice notice;
+  CurrentMounts mounts{[this] { return read(); }, notice.descriptor()};
+};
 
 }  // namespace
 
-TEST(CurrentMounts, areReadOnceUntilTheyChange) {
-  CurrentMounts mounts;
-  const auto first = mounts.table();
-  ASSERT_NE(first, nullptr);
-  EXPECT_EQ(first->mounts().size(), MountTable::ofThisProcess().mounts().size());
-  EXPECT_EQ(mounts.table(), first);
-}
-
-TEST(CurrentMounts, areFollowedAsTheyChange) {
-  const TemporaryFolder temporary;
-  const pid_t child = fork();
-  if (child == 0) _exit(followAMountAt(temporary.path()));
-  int status = 0;
-  ASSERT_EQ(waitpid(child, &status, 0), child);
-  ASSERT_TRUE(WIFEXITED(status));
-  EXPECT_EQ(WEXITSTATUS(status), 0) << "(" << kMayNotMount << ": the system lets it mount nothing)";
-}
-
-TEST(CurrentMounts, areAskedOfAnotherReaderEachTime) {
-  std::string mountInfo = "1 0 8:1 / / rw - ext4 /dev/sda1 rw\n";
-  CurrentMounts mounts([&mountInfo] { return MountTable::parse(mountInfo); });
+TEST_F(CurrentMountsTest, areReadOnceUntilTheyChange) {
   const auto before = mounts.table();
-  mountInfo += "2 1 8:2 / /stick rw - vfat /dev/sdb1 rw\n";
+  EXPECT_EQ(mounts.table(), before);
+  EXPECT_EQ(reads, 1);
+
+  mountInfo += kStick;
+  ASSERT_TRUE(notice.give());
+  const auto during = mounts.table();
+  ASSERT_TRUE(notice.take());
+  EXPECT_EQ(during->mounts().size(), 2U);
   EXPECT_EQ(before->mounts().size(), 1U);
-  EXPECT_EQ(mounts.table()->mounts().size(), 2U);
+  EXPECT_EQ(mounts.table(), during);
+  EXPECT_EQ(reads, 2);
+}
+
+TEST_F(CurrentMountsTest, areReadAnewWhereTheyCouldNotBeRead) {
+  mountInfo.clear();
+  EXPECT_EQ(mounts.table()->mounts().size(), 0U);
+  mountInfo = kDisk;
+  EXPECT_EQ(mounts.table()->mounts().size(), 1U);
+}
+
+TEST_F(CurrentMountsTest, areReadEachTimeWhereNobodyTellsOfChanges) {
+  CurrentMounts untold([this] { return read(); });
+  EXPECT_EQ(untold.table()->mounts().size(), 1U);
+  mountInfo += kStick;
+  EXPECT_EQ(untold.table()->mounts().size(), 2U);
+}
+
+TEST_F(CurrentMountsTest, areThoseOfThisProcess) {
+  const auto own = CurrentMounts().table();
+  EXPECT_EQ(own->mounts().empty(), MountTable::ofThisProcess().mounts().empty());
 }
 
 }  // namespace pelmora::platform
