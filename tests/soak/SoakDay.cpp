@@ -9,6 +9,7 @@
 #include "platform/NotificationCenter.h"
 #include "platform/predicate/PredicateArchive.h"
 #include "platform/PreferencesStore.h"
+#include "render/Layer.h"
 #include "sources/PMSourceList.h"
 #include "view/PelmoraView.h"
 
@@ -176,6 +177,8 @@ std::vector<std::string> SoakDay::run() {
   checkFolders(problems);
   checkPicture(problems);
   _use = ProcessUse::now();
+  // Which cards are there, large or small ones, is chance.
+  _use.heapKilobytes -= cardKilobytes();
   for (PickTally& tally : _tallies) tally.finish();
   _session->stop();
   checkCache(problems);
@@ -205,6 +208,16 @@ void SoakDay::checkPicture(std::vector<std::string>& problems) {
     }
     if (isBlack) problems.push_back("view " + std::to_string(view) + " is black");
   }
+}
+
+long SoakDay::cardKilobytes() const {
+  qsizetype bytes = 0;
+  for (std::size_t view = 0; view < _session->viewCount(); ++view) {
+    for (const auto& card : _session->view(view).images()) {
+      bytes += card->layer()->contents().sizeInBytes();
+    }
+  }
+  return static_cast<long>(bytes / 1024);
 }
 
 /// The file, read anew, has every folder with all its files, and none that is gone.

@@ -35,7 +35,7 @@ class SoakDay {
   /// What is wrong after it, a line each.
   [[nodiscard]] std::vector<std::string> run();
   [[nodiscard]] bool isFiltered() const { return _isFiltered; }
-  /// What the process held before the end.
+  /// What the process held before the end, the artwork of its cards not counted as heap.
   [[nodiscard]] const ProcessUse& use() const { return _use; }
 
   /// Cards that a view shows in one run, however long it is.
@@ -55,6 +55,8 @@ class SoakDay {
   void runUntil(double mediaTime);
   void checkFolders(std::vector<std::string>& problems) const;
   void checkPicture(std::vector<std::string>& problems);
+  /// What the artwork of all cards takes.
+  [[nodiscard]] long cardKilobytes() const;
   void checkCache(std::vector<std::string>& problems) const;
 
   const SoakTree& _tree;
