@@ -21,8 +21,6 @@ constexpr bool kKeepsFreed = false;
 
 constexpr double kMostGrowth = 0.05;
 constexpr long kMostKilobytes = 8192;
-// The system's allocator keeps small blocks for each thread; pictures and caches come and go.
-constexpr long kMostHeapKilobytes = 512;
 
 long statusNumber(const std::string& name) {
   std::ifstream status("/proc/self/status");
@@ -72,7 +70,7 @@ ProcessUse ProcessUse::now() {
           .children = childrenOfThisProcess()};
 }
 
-std::vector<std::string> growth(const std::vector<ProcessUse>& samples) {
+std::vector<std::string> growth(const std::vector<ProcessUse>& samples, long mostHeap) {
   std::vector<std::string> grown;
   const std::size_t third = samples.size() / 3;
   const std::size_t twoThirds = samples.size() - std::max<std::size_t>(third, 1);
@@ -90,7 +88,7 @@ std::vector<std::string> growth(const std::vector<ProcessUse>& samples) {
     compare("the memory (KiB)", &ProcessUse::kilobytes, [](long before) {
       return std::max(kMostKilobytes, static_cast<long>(static_cast<double>(before) * kMostGrowth));
     });
-    compare("the heap (KiB)", &ProcessUse::heapKilobytes, [](long) { return kMostHeapKilobytes; });
+    compare("the heap (KiB)", &ProcessUse::heapKilobytes, [mostHeap](long) { return mostHeap; });
   }
   compare("the number of descriptors", &ProcessUse::descriptors, none);
   compare("the number of threads", &ProcessUse::threads, none);

@@ -20,9 +20,15 @@ struct ProcessUse {
 /// Fewer samples say nothing of memory.
 inline constexpr std::size_t kFewestSamples = 6;
 
+/// How much more may be allocated, in KiB. In a run, what is kept of the cards on the screens,
+/// which are chance, comes and goes; between runs there is next to nothing but what stays for ever.
+inline constexpr long kMostHeapInRuns = 2048;
+inline constexpr long kMostHeapBetween = 512;
+
 /// What grew from the second third of the samples to the last, by their medians, a line each: any
-/// descriptor, thread and child; and, where there are samples enough, of the heap more than half a
-/// MiB, of the memory more than 5 % and 8 MiB.
-[[nodiscard]] std::vector<std::string> growth(const std::vector<ProcessUse>& samples);
+/// descriptor, thread and child; and, where there are samples enough, of the heap more than
+/// `mostHeap`, of the memory more than 5 % and 8 MiB.
+[[nodiscard]] std::vector<std::string> growth(const std::vector<ProcessUse>& samples,
+                                              long mostHeap);
 
 }  // namespace pelmora::soak

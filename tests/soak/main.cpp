@@ -121,10 +121,13 @@ int main(int count, char** words) {
   runDays(days, hours, tallies, outcome);
   judgePicks(tallies, days, outcome);
   bool isLongEnough = true;
-  for (const auto* uses : {&outcome.filtered, &outcome.unfiltered, &outcome.between}) {
-    isLongEnough = isLongEnough && uses->size() >= soak::kFewestSamples;
-    for (const std::string& problem : soak::growth(*uses)) outcome.fail(problem);
-  }
+  const auto judge = [&](const std::vector<soak::ProcessUse>& uses, long mostHeap) {
+    isLongEnough = isLongEnough && uses.size() >= soak::kFewestSamples;
+    for (const std::string& problem : soak::growth(uses, mostHeap)) outcome.fail(problem);
+  };
+  judge(outcome.filtered, soak::kMostHeapInRuns);
+  judge(outcome.unfiltered, soak::kMostHeapInRuns);
+  judge(outcome.between, soak::kMostHeapBetween);
   const char* const fair = isLongEnough ? "flat and fair" : "fair, and too short to be called flat";
   std::printf("verdict: %s\n", outcome.isRight ? fair : "FAILED");
   return outcome.isRight ? EXIT_SUCCESS : EXIT_FAILURE;
