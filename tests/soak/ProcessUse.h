@@ -20,10 +20,10 @@ struct ProcessUse {
 /// Fewer samples say nothing of memory.
 inline constexpr std::size_t kFewestSamples = 6;
 
-/// How much more may be allocated, in KiB. In a run, what is kept of the cards on the screens,
-/// which are chance, comes and goes; between runs there is next to nothing but what stays for ever.
-inline constexpr long kMostHeapInRuns = 2048;
-inline constexpr long kMostHeapBetween = 512;
+/// How much more may be allocated, in KiB: of runs that show the same kinds of cards each time, and
+/// between runs; and of those with all kinds, of which more than the artwork is kept.
+inline constexpr long kMostHeap = 512;
+inline constexpr long kMostHeapOfAllKinds = 1024;
 
 /// What grew from the second third of the samples to the last, by their medians, a line each: any
 /// descriptor, thread and child; and, where there are samples enough, of the heap more than

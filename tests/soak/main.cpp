@@ -125,9 +125,9 @@ int main(int count, char** words) {
     isLongEnough = isLongEnough && uses.size() >= soak::kFewestSamples;
     for (const std::string& problem : soak::growth(uses, mostHeap)) outcome.fail(problem);
   };
-  judge(outcome.filtered, soak::kMostHeapInRuns);
-  judge(outcome.unfiltered, soak::kMostHeapInRuns);
-  judge(outcome.between, soak::kMostHeapBetween);
+  judge(outcome.filtered, soak::kMostHeap);
+  judge(outcome.unfiltered, soak::kMostHeapOfAllKinds);
+  judge(outcome.between, soak::kMostHeap);
   const char* const fair = isLongEnough ? "flat and fair" : "fair, and too short to be called flat";
   std::printf("verdict: %s\n", outcome.isRight ? fair : "FAILED");
   return outcome.isRight ? EXIT_SUCCESS : EXIT_FAILURE;
