@@ -2,6 +2,7 @@
 
 #include <sys/signalfd.h>
 #include <unistd.h>
+
 #include <csignal>
 
 namespace pelmora::host {
@@ -17,7 +18,8 @@ sigset_t endingSignals() {
 
 }  // namespace
 
-void blockEndingSignals() {
+void prepareSignals() {
+  std::signal(SIGPIPE, SIG_IGN);
   const sigset_t set = endingSignals();
   pthread_sigmask(SIG_BLOCK, &set, nullptr);
 }

@@ -8,7 +8,7 @@
 namespace pelmora::host {
 
 /// Turns SIGINT, SIGTERM and SIGHUP into a call on the GUI thread, so that a run ends with its stop
-/// work done. The signals must be blocked before any thread starts (`blockEndingSignals`).
+/// work done. The signals must be blocked before any thread starts (`prepareSignals`).
 /// Thread: GUI.
 class EndingSignals {
  public:
@@ -22,7 +22,9 @@ class EndingSignals {
   std::unique_ptr<QSocketNotifier> _notifier;
 };
 
-/// For main, before it starts anything.
-void blockEndingSignals();
+/// For main, before it starts anything. Blocks those signals, and ignores SIGPIPE: a write to a
+/// window system that has gone fails then, and does not end the run without its stop work. Programs
+/// that are started have to be given its default back.
+void prepareSignals();
 
 }  // namespace pelmora::host

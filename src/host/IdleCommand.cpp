@@ -82,7 +82,7 @@ ExitStatus watch(IdleRequest request) {
   } else {
     note("idle", "XDG_RUNTIME_DIR is not set: a second one would not be noticed");
   }
-  blockEndingSignals();
+  prepareSignals();
   int count = 1;
   char program[] = "pelmora";
   char* words[] = {program, nullptr};

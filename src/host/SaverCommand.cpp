@@ -76,7 +76,7 @@ ExitStatus runLive(const char* command, const Arguments& arguments, InputWatcher
     return failed(command, display.error().message);
   }
   const Renderer renderer = chooseRenderer(name);
-  blockEndingSignals();
+  prepareSignals();
   // A saver is no part of a session that is to be restored.
   QCoreApplication::setAttribute(Qt::AA_DisableSessionManager);
   wayland::allowBareSurfaces();

@@ -40,7 +40,7 @@ ExitStatus runSettings(std::span<char*> words) {
   if (const Status display = checkDisplay(); !display) {
     return failed("settings", display.error().message);
   }
-  blockEndingSignals();
+  prepareSignals();
   int count = 1;
   char program[] = "pelmora";
   char* pointers[] = {program, nullptr};

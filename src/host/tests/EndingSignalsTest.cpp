@@ -4,6 +4,10 @@
 
 #include <gtest/gtest.h>
 
+#include <unistd.h>
+
+#include <array>
+#include <cerrno>
 #include <csignal>
 
 namespace pelmora::host {
@@ -13,7 +17,7 @@ TEST(EndingSignals, callsOnTheThreadOfItsEventLoop) {
   char name[] = "test";
   char* words[] = {name, nullptr};
   QCoreApplication application(count, words);
-  blockEndingSignals();
+  prepareSignals();
   for (const int number : {SIGINT, SIGTERM, SIGHUP}) {
     int ended = 0;
     const EndingSignals signalsThatEnd([&ended] {
@@ -26,6 +30,16 @@ TEST(EndingSignals, callsOnTheThreadOfItsEventLoop) {
     QCoreApplication::exec();
     EXPECT_EQ(ended, 1);
   }
+}
+
+TEST(EndingSignals, leaveAWriteToWhatHasGoneToFail) {
+  prepareSignals();
+  std::array<int, 2> ends{};
+  ASSERT_EQ(pipe(ends.data()), 0);
+  close(ends[0]);
+  EXPECT_EQ(write(ends[1], "x", 1), -1);
+  EXPECT_EQ(errno, EPIPE);
+  close(ends[1]);
 }
 
 }  // namespace pelmora::host

@@ -15,7 +15,7 @@ class LiveSaverTest : public CommandFixture {
   LiveSaverTest() {
     home.mkdir("Pictures");
     home.write("Pictures/a.jpg", "no picture");
-    blockEndingSignals();
+    prepareSignals();
   }
 
   char name[5] = "test";
