@@ -90,6 +90,7 @@ class LiveWindow(hosted.HostedCase):
 
     def test_does_its_stop_work_when_the_server_dies(self):
         _, saver = self.preview()
+        saver.send_signal(signal.SIGPIPE)  # as a write does that is under way when it goes
         self.display.server.kill()
         begin = time.monotonic()
         self.assertEqual(self.finish(saver), 1, saver.log.decode(errors="replace"))
@@ -117,6 +118,7 @@ class LiveWindow(hosted.HostedCase):
             self.assertEqual(self.finish(saver), 0)
             self.assert_stopped(saver, "Prefs")
             self.clear(window)
+            self.assertEqual(processes.of_home(self.home), {})
         cycles.judge(self)
 
     def clear(self, window):

@@ -47,6 +47,17 @@ def children_of(process):
     return found
 
 
+def of_home(home):
+    """The processes that have this home, whatever they run and whoever started them."""
+    found = {}
+    for name in filter(str.isdigit, os.listdir("/proc")):
+        with (contextlib.suppress(OSError), open(f"/proc/{name}/environ", "rb") as environment,
+              open(f"/proc/{name}/cmdline", "rb") as words):
+            if f"HOME={home}".encode() in environment.read().split(b"\0"):
+                found[int(name)] = words.read().replace(b"\0", b" ").decode(errors="replace")
+    return found
+
+
 def use_of(process):
     kib, threads = status_of(process, "VmRSS", "Threads")
     return Use(kib, descriptors_of(process), threads, len(children_of(process)))

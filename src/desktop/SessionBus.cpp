@@ -12,6 +12,7 @@
 #include <sys/stat.h>
 
 #include <atomic>
+#include <cstdlib>
 #include <mutex>
 #include <optional>
 #include <utility>
@@ -22,14 +23,28 @@ namespace {
 
 std::atomic<bool> anyIsWaiting = false;  // a thread that was left to itself
 
+constexpr const char* kVariable = "DBUS_SESSION_BUS_ADDRESS";
+constexpr const char* kNoBus = "disabled:";  // what others say too, for no kind of address
+
+std::string variable(const char* name) {
+  const char* const value = std::getenv(name);
+  return value ? value : "";
+}
+
 }  // namespace
 
 std::string sessionBusAddress(const std::string& given, const std::string& runtimeFolder) {
+  if (given == kNoBus) return {};
   if (!given.empty() || runtimeFolder.empty()) return given;
   const std::string socket = runtimeFolder + "/bus";
   struct stat facts {};
   if (stat(socket.c_str(), &facts) != 0 || !S_ISSOCK(facts.st_mode)) return {};
   return "unix:path=" + socket;
+}
+
+void neverStartSessionBus() {
+  const std::string address = sessionBusAddress(variable(kVariable), variable("XDG_RUNTIME_DIR"));
+  setenv(kVariable, address.empty() ? kNoBus : address.c_str(), 1);
 }
 
 std::string systemBusAddress(const std::string& given) {

@@ -19,6 +19,10 @@ namespace pelmora::desktop {
 [[nodiscard]] std::string sessionBusAddress(const std::string& given,
                                             const std::string& runtimeFolder);
 
+/// Names that bus in the environment, or that there is none: left to itself, the toolkit's library
+/// would start one that outlives the run. For main, before it starts anything.
+void neverStartSessionBus();
+
 /// Where the system's bus is: the address that the environment gives, else the usual one.
 [[nodiscard]] std::string systemBusAddress(const std::string& given);
 

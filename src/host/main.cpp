@@ -35,6 +35,7 @@ int main(int argc, char** argv) {
   mallopt(M_MMAP_THRESHOLD, kLargeBlock);
   mallopt(M_TRIM_THRESHOLD, 4 * kLargeBlock);
   pelmora::host::endWhenMemoryRunsOut();
+  pelmora::desktop::neverStartSessionBus();
   const int status = run({argv, static_cast<std::size_t>(argc)});
   if (pelmora::desktop::SessionBus::isAnyLeftToItself()) {
     std::fflush(nullptr);

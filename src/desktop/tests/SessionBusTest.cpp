@@ -11,6 +11,7 @@
 #include <unistd.h>
 
 #include <chrono>
+#include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <future>
@@ -159,8 +160,25 @@ TEST(SessionBus, isFoundWhereTheSessionSaysElseInItsRuntimeFolder) {
   EXPECT_EQ(sessionBusAddress("unix:path=/a", runtime), "unix:path=/a");
   EXPECT_EQ(sessionBusAddress("", runtime), "");
   EXPECT_EQ(sessionBusAddress("", ""), "");
+  EXPECT_EQ(sessionBusAddress("disabled:", runtime), "");
   const int listening = silentSocket(runtime + "/bus");
   EXPECT_EQ(sessionBusAddress("", runtime), "unix:path=" + runtime + "/bus");
+  close(listening);
+}
+
+TEST(SessionBus, isNeverStartedByTheToolkit) {
+  const platform::TemporaryFolder folder;
+  const std::string runtime = folder.path().bytes();
+  setenv("XDG_RUNTIME_DIR", runtime.c_str(), 1);
+  const auto named = [](const char* address) {
+    setenv("DBUS_SESSION_BUS_ADDRESS", address, 1);
+    neverStartSessionBus();
+    return std::string(std::getenv("DBUS_SESSION_BUS_ADDRESS"));
+  };
+  EXPECT_EQ(named("unix:path=/a"), "unix:path=/a");
+  EXPECT_EQ(named(""), "disabled:");
+  const int listening = silentSocket(runtime + "/bus");
+  EXPECT_EQ(named(""), "unix:path=" + runtime + "/bus");
   close(listening);
 }
 
