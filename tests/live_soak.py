@@ -155,7 +155,7 @@ def run(program, minutes, gl_library):
     try:
         env = {"PATH": os.environ["PATH"], "HOME": home, "DISPLAY": display.name, "TZ": "UTC",
                "QT_QPA_PLATFORM": "xcb",
-               # Without any address, libraries would start a bus of the display's own.
+               # None, whatever the machine has.
                "DBUS_SESSION_BUS_ADDRESS": "unix:path=" + os.path.join(home, "no bus")}
         pictures = os.path.join(home, "pictures")
         os.makedirs(pictures)

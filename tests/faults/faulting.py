@@ -55,8 +55,6 @@ class FaultCase(live.LiveCase):
         if self.filter:
             self.run_tool("defaults", "write", "FilterPredicate", self.filter)
         self.saver = None
-        # Without any address, libraries would start a bus of the display's own.
-        self.env["DBUS_SESSION_BUS_ADDRESS"] = "unix:path=" + os.path.join(self.home, "no bus")
 
     # The run -------------------------------------------------------------------------------------
 
