@@ -21,6 +21,7 @@ constexpr bool kKeepsFreed = false;
 
 constexpr double kMostGrowth = 0.05;
 constexpr long kMostKilobytes = 8192;
+constexpr long kMostHeapKilobytes = 512;
 
 long statusNumber(const std::string& name) {
   std::ifstream status("/proc/self/status");
@@ -70,7 +71,7 @@ ProcessUse ProcessUse::now() {
           .children = childrenOfThisProcess()};
 }
 
-std::vector<std::string> growth(const std::vector<ProcessUse>& samples, long mostHeap) {
+std::vector<std::string> growth(const std::vector<ProcessUse>& samples) {
   std::vector<std::string> grown;
   const std::size_t third = samples.size() / 3;
   const std::size_t twoThirds = samples.size() - std::max<std::size_t>(third, 1);
@@ -88,7 +89,7 @@ std::vector<std::string> growth(const std::vector<ProcessUse>& samples, long mos
     compare("the memory (KiB)", &ProcessUse::kilobytes, [](long before) {
       return std::max(kMostKilobytes, static_cast<long>(static_cast<double>(before) * kMostGrowth));
     });
-    compare("the heap (KiB)", &ProcessUse::heapKilobytes, [mostHeap](long) { return mostHeap; });
+    compare("the heap (KiB)", &ProcessUse::heapKilobytes, [](long) { return kMostHeapKilobytes; });
   }
   compare("the number of descriptors", &ProcessUse::descriptors, none);
   compare("the number of threads", &ProcessUse::threads, none);

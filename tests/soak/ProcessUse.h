@@ -20,15 +20,9 @@ struct ProcessUse {
 /// Fewer samples say nothing of memory.
 inline constexpr std::size_t kFewestSamples = 6;
 
-/// How much more may be allocated, in KiB: of runs that show the same kinds of cards each time, and
-/// between runs; and of those with all kinds, of which more than the artwork is kept.
-inline constexpr long kMostHeap = 512;
-inline constexpr long kMostHeapOfAllKinds = 1024;
-
 /// What grew from the second third of the samples to the last, by their medians, a line each: any
-/// descriptor, thread and child; and, where there are samples enough, of the heap more than
-/// `mostHeap`, of the memory more than 5 % and 8 MiB.
-[[nodiscard]] std::vector<std::string> growth(const std::vector<ProcessUse>& samples,
-                                              long mostHeap);
+/// descriptor, thread and child; and, where there are samples enough, of the heap more than half a
+/// MiB, of the memory more than 5 % and 8 MiB.
+[[nodiscard]] std::vector<std::string> growth(const std::vector<ProcessUse>& samples);
 
 }  // namespace pelmora::soak

@@ -9,13 +9,14 @@
 #include "platform/NotificationCenter.h"
 #include "platform/predicate/PredicateArchive.h"
 #include "platform/PreferencesStore.h"
-#include "render/Layer.h"
+#include "render/Snapshot.h"
 #include "sources/PMSourceList.h"
 #include "view/PelmoraView.h"
 
 #include <algorithm>
 #include <atomic>
 #include <cmath>
+#include <map>
 #include <stdexcept>
 #include <thread>
 #include <utility>
@@ -39,6 +40,17 @@ platform::players::Track trackOf(int day) {
   return {.name = "Movement " + std::to_string(day + 1),
           .artist = "A long-winded ensemble of considerable size",
           .album = "The days of a month"};
+}
+
+using Pictures = std::map<qint64, qsizetype>;  // bytes of each, by its key
+
+void addPictures(const render::LayerSnapshot& layer, Pictures& pictures) {
+  const auto add = [&pictures](const QImage& picture) {
+    pictures.emplace(picture.cacheKey(), picture.sizeInBytes());
+  };
+  add(layer.contents);
+  if (layer.picture) add(layer.picture->image);
+  for (const render::LayerSnapshot& each : layer.sublayers) addPictures(each, pictures);
 }
 
 }  // namespace
@@ -178,7 +190,7 @@ std::vector<std::string> SoakDay::run() {
   checkPicture(problems);
   _use = ProcessUse::now();
   // Which cards are there, large or small ones, is chance.
-  _use.heapKilobytes -= cardKilobytes();
+  _use.heapKilobytes -= pictureKilobytes();
   for (PickTally& tally : _tallies) tally.finish();
   _session->stop();
   checkCache(problems);
@@ -210,13 +222,11 @@ void SoakDay::checkPicture(std::vector<std::string>& problems) {
   }
 }
 
-long SoakDay::cardKilobytes() const {
+long SoakDay::pictureKilobytes() const {
+  Pictures pictures;
+  for (const auto& presenter : _presenters) addPictures(presenter->snapshot()->root, pictures);
   qsizetype bytes = 0;
-  for (std::size_t view = 0; view < _session->viewCount(); ++view) {
-    for (const auto& card : _session->view(view).images()) {
-      bytes += card->layer()->contents().sizeInBytes();
-    }
-  }
+  for (const auto& [key, size] : pictures) bytes += size;
   return static_cast<long>(bytes / 1024);
 }
 

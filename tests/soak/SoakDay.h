@@ -35,7 +35,7 @@ class SoakDay {
   /// What is wrong after it, a line each.
   [[nodiscard]] std::vector<std::string> run();
   [[nodiscard]] bool isFiltered() const { return _isFiltered; }
-  /// What the process held before the end, the artwork of its cards not counted as heap.
+  /// What the process held before the end, the pictures on its screens not counted as heap.
   [[nodiscard]] const ProcessUse& use() const { return _use; }
 
   /// Cards that a view shows in one run, however long it is.
@@ -55,8 +55,8 @@ class SoakDay {
   void runUntil(double mediaTime);
   void checkFolders(std::vector<std::string>& problems) const;
   void checkPicture(std::vector<std::string>& problems);
-  /// What the artwork of all cards takes.
-  [[nodiscard]] long cardKilobytes() const;
+  /// What the pictures take that the views show: artwork, and what is drawn of it.
+  [[nodiscard]] long pictureKilobytes() const;
   void checkCache(std::vector<std::string>& problems) const;
 
   const SoakTree& _tree;

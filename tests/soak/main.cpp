@@ -121,13 +121,13 @@ int main(int count, char** words) {
   runDays(days, hours, tallies, outcome);
   judgePicks(tallies, days, outcome);
   bool isLongEnough = true;
-  const auto judge = [&](const std::vector<soak::ProcessUse>& uses, long mostHeap) {
+  const auto judge = [&](const std::vector<soak::ProcessUse>& uses) {
     isLongEnough = isLongEnough && uses.size() >= soak::kFewestSamples;
-    for (const std::string& problem : soak::growth(uses, mostHeap)) outcome.fail(problem);
+    for (const std::string& problem : soak::growth(uses)) outcome.fail(problem);
   };
-  judge(outcome.filtered, soak::kMostHeap);
-  judge(outcome.unfiltered, soak::kMostHeapOfAllKinds);
-  judge(outcome.between, soak::kMostHeap);
+  judge(outcome.filtered);
+  judge(outcome.unfiltered);
+  judge(outcome.between);
   const char* const fair = isLongEnough ? "flat and fair" : "fair, and too short to be called flat";
   std::printf("verdict: %s\n", outcome.isRight ? fair : "FAILED");
   return outcome.isRight ? EXIT_SUCCESS : EXIT_FAILURE;
