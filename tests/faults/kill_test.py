@@ -53,11 +53,11 @@ class Kill(faulting.FaultCase):
     def test_leaves_whole_files_whenever_it_is_killed(self):
         seed = int(os.environ.get("PELMORA_KILL_SEED", "1"))
         rng = random.Random(seed)
-        # As long as it takes until pictures are shown, and half as long again, or longer while none
-        # are.
+        # As long as it takes until pictures are shown, and half as long again; and so much longer as
+        # it takes more often than not just now.
         self.begin()
         self.wait_for_first_picture()
-        earliest = latest = min(1.5 * (time.monotonic() - self.began), LATEST)
+        least = latest = min(1.5 * (time.monotonic() - self.began), LATEST)
         self.end()
         shown = 0
         self.run_tool("defaults", "write", "NumImages", "5")
@@ -66,7 +66,7 @@ class Kill(faulting.FaultCase):
                 os.remove(self.display_list())
             saver = self.popen("window", "--size", "300x200")
             writer = self.popen("defaults", "write", "NumImages", str(5 + number % 5))
-            saver_ends, writer_ends = rng.uniform(0, latest), rng.uniform(0, 0.3)
+            saver_ends, writer_ends = rng.random() * latest, rng.uniform(0, 0.3)
             time.sleep(min(saver_ends, writer_ends))
             (writer if writer_ends < saver_ends else saver).kill()
             time.sleep(abs(saver_ends - writer_ends))
@@ -78,11 +78,11 @@ class Kill(faulting.FaultCase):
                 self.assertIn(self.preferences()["NumImages"], range(5, 10))
             if self.time_of_list() != 0 and os.path.getsize(self.display_list()) > 0:
                 shown += 1
-                latest = max(latest / STEP, earliest)
+                latest = max(latest / STEP, least)
             else:
                 latest = min(latest * STEP, LATEST)
         self.reap()
-        self.assertGreater(shown, 0)
+        self.assertGreater(shown, KILLS / 10)
         print(f"{KILLS} kills, {shown} while pictures were shown")
         self.run_tool("defaults", "write", "NumImages", "6")
         self.begin()
