@@ -3,8 +3,6 @@
 #include <sys/signalfd.h>
 #include <unistd.h>
 
-#include <csignal>
-
 namespace pelmora::host {
 
 namespace {
@@ -40,5 +38,12 @@ EndingSignals::~EndingSignals() {
   _notifier.reset();
   if (_descriptor >= 0) close(_descriptor);
 }
+
+UnblockedSignals::UnblockedSignals() {
+  const sigset_t set = endingSignals();
+  pthread_sigmask(SIG_UNBLOCK, &set, &_before);
+}
+
+UnblockedSignals::~UnblockedSignals() { pthread_sigmask(SIG_SETMASK, &_before, nullptr); }
 
 }  // namespace pelmora::host

@@ -2,6 +2,7 @@
 
 #include <QSocketNotifier>
 
+#include <csignal>
 #include <functional>
 #include <memory>
 
@@ -24,7 +25,20 @@ class EndingSignals {
 
 /// For main, before it starts anything. Blocks those signals, and ignores SIGPIPE: a write to a
 /// window system that has gone fails then, and does not end the run without its stop work. Programs
-/// that are started have to be given its default back.
+/// that are started inherit both, but for what the toolkit sets back: its default for SIGPIPE.
 void prepareSignals();
+
+/// Lets this thread hear them again, while it starts a program that would inherit the block: one
+/// that comes in between ends the run without its stop work.
+class UnblockedSignals {
+ public:
+  UnblockedSignals();
+  ~UnblockedSignals();
+  UnblockedSignals(const UnblockedSignals&) = delete;
+  UnblockedSignals& operator=(const UnblockedSignals&) = delete;
+
+ private:
+  sigset_t _before;
+};
 
 }  // namespace pelmora::host

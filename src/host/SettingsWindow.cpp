@@ -1,5 +1,6 @@
 #include "host/SettingsWindow.h"
 
+#include "host/EndingSignals.h"
 #include "platform/MetadataQuery.h"
 #include "sources/PMFolder.h"
 #include "sources/PMSourceList.h"
@@ -24,6 +25,7 @@ namespace {
 constexpr double kProgressInterval = 0.5;  // seconds
 
 void openInFileManager(const FilePath& folder) {
+  const UnblockedSignals forTheFileManager;
   QDesktopServices::openUrl(QUrl::fromLocalFile(QFile::decodeName(folder.c_str())));
 }
 

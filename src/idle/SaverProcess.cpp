@@ -16,10 +16,11 @@ QString decoded(const std::string& bytes) { return QFile::decodeName(bytes.c_str
 
 /// In the child, before it becomes the saver: only calls that are safe after a fork.
 void prepareChild(pid_t parent) {
-  // The parent blocks the signals that end it, to hear of them in its own way.
+  // The parent blocks the signals that end it, to hear of them in its own way, and ignores one.
   sigset_t none;
   sigemptyset(&none);
   sigprocmask(SIG_SETMASK, &none, nullptr);
+  signal(SIGPIPE, SIG_DFL);
   // Not a signal that could be ignored: a parent that was killed cannot kill.
   prctl(PR_SET_PDEATHSIG, SIGKILL);
   if (getppid() != parent) _exit(1);

@@ -33,6 +33,7 @@ TEST(EndingSignals, callsOnTheThreadOfItsEventLoop) {
 }
 
 TEST(EndingSignals, leaveAWriteToWhatHasGoneToFail) {
+  std::signal(SIGPIPE, SIG_DFL);
   prepareSignals();
   std::array<int, 2> ends{};
   ASSERT_EQ(pipe(ends.data()), 0);
@@ -40,6 +41,21 @@ TEST(EndingSignals, leaveAWriteToWhatHasGoneToFail) {
   EXPECT_EQ(write(ends[1], "x", 1), -1);
   EXPECT_EQ(errno, EPIPE);
   close(ends[1]);
+}
+
+TEST(EndingSignals, areNoneOfTheBusinessOfProgramsThatAreStarted) {
+  prepareSignals();
+  const auto isBlocked = [] {
+    sigset_t blocked;
+    pthread_sigmask(SIG_SETMASK, nullptr, &blocked);
+    return sigismember(&blocked, SIGTERM) != 0;
+  };
+  EXPECT_TRUE(isBlocked());
+  {
+    const UnblockedSignals forAProgram;
+    EXPECT_FALSE(isBlocked());
+  }
+  EXPECT_TRUE(isBlocked());
 }
 
 }  // namespace pelmora::host
