@@ -91,7 +91,8 @@ Times measure() {
   setenv("HOME", home.path().c_str(), 1);
   setenv("XDG_CONFIG_HOME", (home.path() / "config").c_str(), 1);
   setenv("XDG_CACHE_HOME", (home.path() / "cache").c_str(), 1);
-  unsetenv("DBUS_SESSION_BUS_ADDRESS");
+  setenv("DBUS_SESSION_BUS_ADDRESS", "disabled:", 1);
+  unsetenv("XDG_RUNTIME_DIR");
   storeSources(home.mkdir("pictures"));
 
   int count = 1;

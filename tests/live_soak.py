@@ -155,7 +155,7 @@ def run(program, minutes, gl_library):
     try:
         env = {"PATH": os.environ["PATH"], "HOME": home, "DISPLAY": display.name, "TZ": "UTC",
                "QT_QPA_PLATFORM": "xcb",
-               # None, whatever the machine has.
+               # The bus's thread is there, as it is for users, and finds nobody.
                "DBUS_SESSION_BUS_ADDRESS": "unix:path=" + os.path.join(home, "no bus")}
         pictures = os.path.join(home, "pictures")
         os.makedirs(pictures)

@@ -10,9 +10,14 @@
 #include <QThread>
 
 #include <sys/stat.h>
+#include <unistd.h>
 
+#include <array>
 #include <atomic>
+#include <cctype>
+#include <cstdio>
 #include <cstdlib>
+#include <cstring>
 #include <mutex>
 #include <optional>
 #include <utility>
@@ -24,22 +29,39 @@ namespace {
 std::atomic<bool> anyIsWaiting = false;  // a thread that was left to itself
 
 constexpr const char* kVariable = "DBUS_SESSION_BUS_ADDRESS";
-constexpr const char* kNoBus = "disabled:";  // what others say too, for no kind of address
+constexpr const char* kNoBus = "disabled:";  // no kind of address that there is
 
 std::string variable(const char* name) {
   const char* const value = std::getenv(name);
   return value ? value : "";
 }
 
+/// As a part of an address.
+std::string escaped(const std::string& path) {
+  std::string text;
+  for (const char byte : path) {
+    const auto number = static_cast<unsigned char>(byte);
+    if (std::isalnum(number) != 0 || std::strchr("-_/.*", byte) != nullptr) {
+      text += byte;
+    } else {
+      std::array<char, 4> code{};
+      std::snprintf(code.data(), code.size(), "%%%02x", number);
+      text += code.data();
+    }
+  }
+  return text;
+}
+
 }  // namespace
 
 std::string sessionBusAddress(const std::string& given, const std::string& runtimeFolder) {
-  if (given == kNoBus) return {};
-  if (!given.empty() || runtimeFolder.empty()) return given;
+  if (!given.empty() && given != kNoBus) return given;
+  if (runtimeFolder.empty()) return {};
   const std::string socket = runtimeFolder + "/bus";
   struct stat facts {};
   if (stat(socket.c_str(), &facts) != 0 || !S_ISSOCK(facts.st_mode)) return {};
-  return "unix:path=" + socket;
+  if (facts.st_uid != getuid()) return {};
+  return "unix:path=" + escaped(socket);
 }
 
 void neverStartSessionBus() {

@@ -14,13 +14,14 @@ class Log;
 
 namespace pelmora::desktop {
 
-/// Where the session's bus is: the address that the session gives, else the socket in its runtime
-/// folder. "" where there is neither; none is ever started.
+/// Where the session's bus is: the address that the session gives, else the user's own socket in
+/// its runtime folder. "" where there is neither; none is ever started.
 [[nodiscard]] std::string sessionBusAddress(const std::string& given,
                                             const std::string& runtimeFolder);
 
-/// Names that bus in the environment, or that there is none: left to itself, the toolkit's library
-/// would start one that outlives the run. For main, before it starts anything.
+/// Names that bus in the environment, or that there is none ("disabled:"): left to itself, the
+/// toolkit's library would start one that outlives the run. A program that inherits the latter
+/// looks anew. For main, before it starts anything.
 void neverStartSessionBus();
 
 /// Where the system's bus is: the address that the environment gives, else the usual one.

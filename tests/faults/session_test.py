@@ -12,6 +12,7 @@ import time
 
 import faulting
 import live
+import processes
 
 BUS = os.path.join(os.path.dirname(os.path.dirname(os.path.abspath(__file__))), "dbus-session.conf")
 DAY = 86_400  # seconds
@@ -59,6 +60,7 @@ class Session(faulting.FaultCase):
                 self.end()
                 self.assert_said_once(b"There is no session bus", b"cannot be reached")
                 self.assert_files_are_whole()
+                self.assertEqual(processes.of_home(self.home), {})
 
     def test_goes_on_when_the_bus_dies(self):
         bus = Bus(self.home)

@@ -160,10 +160,14 @@ TEST(SessionBus, isFoundWhereTheSessionSaysElseInItsRuntimeFolder) {
   EXPECT_EQ(sessionBusAddress("unix:path=/a", runtime), "unix:path=/a");
   EXPECT_EQ(sessionBusAddress("", runtime), "");
   EXPECT_EQ(sessionBusAddress("", ""), "");
-  EXPECT_EQ(sessionBusAddress("disabled:", runtime), "");
   const int listening = silentSocket(runtime + "/bus");
   EXPECT_EQ(sessionBusAddress("", runtime), "unix:path=" + runtime + "/bus");
+  EXPECT_EQ(sessionBusAddress("disabled:", runtime), "unix:path=" + runtime + "/bus");
   close(listening);
+  const std::string odd = folder.mkdir("a: b").bytes();
+  const int other = silentSocket(odd + "/bus");
+  EXPECT_EQ(sessionBusAddress("", odd), "unix:path=" + runtime + "/a%3a%20b/bus");
+  close(other);
 }
 
 TEST(SessionBus, isNeverStartedByTheToolkit) {

@@ -30,7 +30,7 @@ class NoChooser : public config::FolderChooser {
 class SettingsWindowTest : public CommandFixture {
  protected:
   SettingsWindowTest() {
-    unsetenv("DBUS_SESSION_BUS_ADDRESS");
+    setenv("DBUS_SESSION_BUS_ADDRESS", "disabled:", 1);
     unsetenv("XDG_RUNTIME_DIR");
     pictures = home.mkdir("Pictures");
     QImage picture(60, 40, QImage::Format_RGB32);
