@@ -21,7 +21,7 @@ constexpr bool kKeepsFreed = false;
 
 constexpr double kMostGrowth = 0.05;
 constexpr long kMostKilobytes = 8192;
-constexpr long kMostHeapKilobytes = 512;
+constexpr long kMostHeapKilobytes = 256;
 
 long statusNumber(const std::string& name) {
   std::ifstream status("/proc/self/status");

@@ -21,8 +21,8 @@ struct ProcessUse {
 inline constexpr std::size_t kFewestSamples = 6;
 
 /// What grew from the second third of the samples to the last, by their medians, a line each: any
-/// descriptor, thread and child; and, where there are samples enough, of the heap more than half a
-/// MiB, of the memory more than 5 % and 8 MiB.
+/// descriptor, thread and child; and, where there are samples enough, of the heap more than 256
+/// KiB, of the memory more than 5 % and 8 MiB.
 [[nodiscard]] std::vector<std::string> growth(const std::vector<ProcessUse>& samples);
 
 }  // namespace pelmora::soak
